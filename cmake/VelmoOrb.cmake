@@ -1,0 +1,54 @@
+# Chooses the object request broker and says how to build with it.
+#
+#   velmo_broker                     broker and ACE: headers, definitions, libraries of a client
+#   velmo_broker_server              in addition what a server needs
+#   velmo_idl_sources(VAR FILE.idl)  rules that make the stubs of an IDL file
+
+set(_velmo_orbs auto TAO omniORB)
+if(NOT VELMO_ORB IN_LIST _velmo_orbs)
+  message(FATAL_ERROR "VELMO_ORB is \"${VELMO_ORB}\"; it can be auto, TAO or omniORB")
+endif()
+
+set(VELMO_BROKER ${VELMO_ORB})
+if(VELMO_ORB STREQUAL "auto")
+  find_package(TAO QUIET)
+  if(TAO_FOUND)
+    set(VELMO_BROKER TAO)
+  else()
+    set(VELMO_BROKER omniORB)
+  endif()
+endif()
+find_package(${VELMO_BROKER} REQUIRED)
+message(STATUS "Object request broker: ${VELMO_BROKER}")
+
+add_library(velmo_broker INTERFACE)
+add_library(velmo_broker_server INTERFACE)
+target_link_libraries(velmo_broker_server INTERFACE velmo_broker)
+if(VELMO_BROKER STREQUAL "TAO")
+  target_link_libraries(velmo_broker INTERFACE TAO::client)
+  target_link_libraries(velmo_broker_server INTERFACE TAO::server)
+  target_compile_definitions(velmo_broker INTERFACE VELMO_ORB_TAO)
+else()
+  target_link_libraries(velmo_broker INTERFACE omniORB::omniORB omniORB::ACE)
+  target_compile_definitions(velmo_broker INTERFACE VELMO_ORB_OMNIORB)
+endif()
+
+# velmo_idl_sources(VAR FILE.idl): compiles FILE.idl into FILEC.h and FILEC.cpp (on
+# TAO the skeletons as FILES.h and FILES.cpp too) in the current binary folder and
+# sets VAR to the sources.
+function(velmo_idl_sources variable idl)
+  get_filename_component(stem ${idl} NAME_WE)
+  set(source ${CMAKE_CURRENT_SOURCE_DIR}/${idl})
+  set(out ${CMAKE_CURRENT_BINARY_DIR})
+  file(GLOB all_idl CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.idl) # they include each other
+  if(VELMO_BROKER STREQUAL "TAO")
+    set(products ${out}/${stem}C.h ${out}/${stem}C.cpp ${out}/${stem}S.h ${out}/${stem}S.cpp)
+    set(compile ${TAO_ENVIRONMENT} ${TAO_IDL} -Sa -St -Sci -I${CMAKE_CURRENT_SOURCE_DIR} -o ${out} ${source})
+  else()
+    set(products ${out}/${stem}C.h ${out}/${stem}C.cpp)
+    set(compile ${OMNIIDL} -bcxx -Wbh=C.h -Wbs=C.cpp -Wbuse_quotes -I${CMAKE_CURRENT_SOURCE_DIR} -C${out} ${source})
+  endif()
+  add_custom_command(OUTPUT ${products} COMMAND ${compile} DEPENDS ${all_idl}
+                     COMMENT "Compiling ${idl}" VERBATIM)
+  set(${variable} ${products} PARENT_SCOPE)
+endfunction()
