@@ -1,0 +1,48 @@
+#include "orb/arguments.h"
+#include "orb/client.h"
+#include "orb/options_omniorb.h"
+
+namespace velmo::orb {
+
+namespace {
+
+// One connection for each call in progress: a waiting receive holds one.
+constexpr const char* connections_per_server = "256";
+
+CORBA::ULong clamp(Milliseconds timeout)
+{
+    return timeout.count() > 0 ? static_cast<CORBA::ULong>(timeout.count()) : 0;
+}
+
+} // namespace
+
+ProcessOrb join_or_make(Milliseconds connect_timeout)
+{
+    tune_streams();
+    const std::string max_message = std::to_string(max_message_bytes);
+    Arguments arguments{{"-ORBtraceLevel", "0", "-ORBgiopMaxMsgSize", max_message,
+                         "-ORBmaxGIOPConnectionPerServer", connections_per_server}};
+    ProcessOrb result;
+    result.orb = CORBA::ORB_init(arguments.count, arguments.values());
+    result.made_here = arguments.consumed();
+    omniORB::setClientConnectTimeout(clamp(connect_timeout));
+    return result;
+}
+
+CORBA::Object_ptr with_call_timeout(CORBA::ORB_ptr orb, CORBA::Object_ptr object,
+                                    Milliseconds timeout)
+{
+    // _duplicate() would give the same object, and a time-out set on it would be
+    // set for everybody.
+    CORBA::String_var ior = orb->object_to_string(object);
+    CORBA::Object_var copy = orb->string_to_object(ior.in());
+    omniORB::setClientCallTimeout(copy.in(), clamp(timeout));
+    return copy._retn();
+}
+
+void reapply_call_timeout(CORBA::Object_ptr fresh, Milliseconds timeout)
+{
+    omniORB::setClientCallTimeout(fresh, clamp(timeout));
+}
+
+} // namespace velmo::orb
