@@ -21,10 +21,6 @@ public:
 
     char** values() { return pointers.data(); }
 
-    // ORB_init() reads, and takes away, its arguments only when it makes the ORB,
-    // not when it returns one that was there.
-    bool consumed() const { return count == 1; }
-
     int count;
 
 private:

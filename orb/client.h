@@ -23,14 +23,9 @@ std::string describe(const CORBA::Exception& exception);
 // Whether the call gave up waiting, as against having been refused.
 bool is_timeout(const CORBA::SystemException& exception);
 
-struct ProcessOrb {
-    CORBA::ORB_var orb;
-    bool made_here = false; // else the application made it, and its options hold
-};
-
-// The process's ORB: the one that the application has made, or a new one.
-// connect_timeout (0: none) is set on the process in either case.
-ProcessOrb join_or_make(Milliseconds connect_timeout);
+// The process's ORB: the one that the application has made, whose options hold, or a
+// new one. connect_timeout (0: none) is set on the process in either case.
+CORBA::ORB_ptr join_or_make(Milliseconds connect_timeout);
 
 // A reference of its own to the same object, whose calls give up after the
 // time-out (0: never). The given reference is left as it is.

@@ -16,17 +16,15 @@ CORBA::ULong clamp(Milliseconds timeout)
 
 } // namespace
 
-ProcessOrb join_or_make(Milliseconds connect_timeout)
+CORBA::ORB_ptr join_or_make(Milliseconds connect_timeout)
 {
     tune_streams();
     const std::string max_message = std::to_string(max_message_bytes);
     Arguments arguments{{"-ORBtraceLevel", "0", "-ORBgiopMaxMsgSize", max_message,
                          "-ORBmaxGIOPConnectionPerServer", connections_per_server}};
-    ProcessOrb result;
-    result.orb = CORBA::ORB_init(arguments.count, arguments.values());
-    result.made_here = arguments.consumed();
+    CORBA::ORB_var orb = CORBA::ORB_init(arguments.count, arguments.values());
     omniORB::setClientConnectTimeout(clamp(connect_timeout));
-    return result;
+    return orb._retn();
 }
 
 CORBA::Object_ptr with_call_timeout(CORBA::ORB_ptr orb, CORBA::Object_ptr object,

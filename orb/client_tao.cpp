@@ -43,19 +43,16 @@ void limit_connecting(CORBA::ORB_ptr orb, Milliseconds timeout)
 
 } // namespace
 
-ProcessOrb join_or_make(Milliseconds connect_timeout)
+CORBA::ORB_ptr join_or_make(Milliseconds connect_timeout)
 {
     // One connection for each call in progress: behind a waiting receive no other
     // call would get through.
     Arguments arguments{{"-ORBSvcConfDirective",
-                         "static Client_Strategy_Factory '-ORBTransportMuxStrategy EXCLUSIVE'",
-                         "-ORBNodelay", "1"}};
-    ProcessOrb result;
-    result.orb = CORBA::ORB_init(arguments.count, arguments.values());
-    result.made_here = arguments.consumed();
+                         "static Client_Strategy_Factory '-ORBTransportMuxStrategy EXCLUSIVE'"}};
+    CORBA::ORB_var orb = CORBA::ORB_init(arguments.count, arguments.values());
     if (connect_timeout.count() > 0)
-        limit_connecting(result.orb.in(), connect_timeout);
-    return result;
+        limit_connecting(orb.in(), connect_timeout);
+    return orb._retn();
 }
 
 CORBA::Object_ptr with_call_timeout(CORBA::ORB_ptr orb, CORBA::Object_ptr object,
