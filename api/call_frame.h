@@ -1,0 +1,90 @@
+// What every operation on a remote service has in common, written once: choosing
+// the server, borrowing a reference from the registry, and turning whatever the
+// remote call throws into a result.
+#ifndef VELMO_API_CALL_FRAME_H
+#define VELMO_API_CALL_FRAME_H
+
+#include "api/choose_server.h"
+#include "orb/client.h"
+#include "vlReferenceContainer.h"
+#include "vl_result.h"
+
+namespace velmo::api {
+
+// How an operation fails. The codes differ from one operation to the next, so that
+// a caller can tell from the code which call it was.
+template <class Result>
+struct FailureRule {
+    Result broker_failure;          // a CORBA exception came back
+    Result other_failure;           // any other exception
+    const char* log_text = nullptr; // logs a CORBA exception, "%s" its description
+    Result no_server = NULL_SERVER_NAME;
+    Result no_reference = VL_NO_REFERENCE;
+};
+
+// The rule of most operations: one code, whatever was thrown.
+constexpr FailureRule<int> fails_with(int code, const char* log_text = nullptr)
+{
+    return {code, code, log_text};
+}
+
+// Writes the log line for an exception; does nothing without a text.
+void log_failure(const char* log_text, const CORBA::Exception& exception) noexcept;
+
+// Runs an operation on a service of a server (see services.h):
+//   prepare()                 makes what goes to the server; runs once the server is
+//                             chosen and before its reference is asked for
+//   work(service, prepared)   makes the remote call and hands its results over
+// A result of work is returned as it is; when work throws, the cached reference is
+// dropped, so that the next call looks it up afresh, and the rule gives the result.
+// What the registry throws in looking the reference up passes through.
+template <class Service, class Result, class Prepare, class Work>
+Result call(const FailureRule<Result>& rule, const char* server_name, const char* releam,
+            Prepare prepare, Work work)
+{
+    const char* server = choose_server(server_name);
+    if (!server)
+        return rule.no_server;
+    const auto prepared = prepare();
+    vlReferenceContainer* registry = vlReferenceContainer::instance();
+    if (!registry)
+        return rule.no_reference;
+    typename Service::Interface::_var_type service = Service::get(*registry, server, releam);
+    if (CORBA::is_nil(service.in()))
+        return rule.no_reference;
+    try {
+        return work(*service.in(), prepared);
+    } catch (const CORBA::Exception& exception) {
+        log_failure(rule.log_text, exception);
+        Service::release(*registry, server, releam);
+        return rule.broker_failure;
+    } catch (...) {
+        Service::release(*registry, server, releam);
+        return rule.other_failure;
+    }
+}
+
+// An operation with nothing to prepare: work(service).
+template <class Service, class Result, class Work>
+Result call(const FailureRule<Result>& rule, const char* server_name, const char* releam,
+            Work work)
+{
+    return call<Service>(
+        rule, server_name, releam, [] { return nullptr; },
+        [&work](auto& service, std::nullptr_t) { return work(service); });
+}
+
+// The result of work, or the other when it throws anything.
+template <class Result, class Work>
+Result unless_it_throws(Result otherwise, Work work)
+{
+    try {
+        return work();
+    } catch (...) {
+        return otherwise;
+    }
+}
+
+} // namespace velmo::api
+
+#endif

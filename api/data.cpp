@@ -1,0 +1,54 @@
+#include "api/data.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+namespace velmo::api {
+
+OutgoingData::OutgoingData(const void* data, int length) noexcept
+{
+    if (length < 0 || (length > 0 && !data))
+        return;
+    try {
+        bytes.length(static_cast<CORBA::ULong>(length));
+        if (length > 0)
+            std::memcpy(bytes.get_buffer(), data, static_cast<std::size_t>(length));
+        is_good = true;
+    } catch (const std::bad_alloc&) {
+    } catch (const CORBA::NO_MEMORY&) {
+    }
+}
+
+unsigned int IncomingData::length() const
+{
+    return sequence.operator->() ? sequence->length() : 0;
+}
+
+void IncomingData::copy_to(void* buffer) const
+{
+    if (const unsigned int size = length())
+        std::memcpy(buffer, sequence->get_buffer(), size);
+}
+
+void* IncomingData::new_block() const
+{
+    void* block = allocate_block(length());
+    copy_to(block);
+    return block;
+}
+
+void IncomingData::abandon()
+{
+    static_cast<void>(sequence._retn());
+}
+
+void* allocate_block(std::size_t bytes)
+{
+    void* block = std::malloc(bytes > 0 ? bytes : 1);
+    if (!block)
+        throw std::bad_alloc();
+    return block;
+}
+
+} // namespace velmo::api

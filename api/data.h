@@ -1,0 +1,51 @@
+// Bytes on their way between the caller's memory and a remote call.
+#ifndef VELMO_API_DATA_H
+#define VELMO_API_DATA_H
+
+#include <cstddef>
+
+#include "VelmoC.h"
+
+namespace velmo::api {
+
+// The caller's data, copied for a remote call.
+class OutgoingData {
+public:
+    // Never throws: bad arguments, and no memory for the copy, show in good().
+    OutgoingData(const void* data, int length) noexcept;
+
+    bool good() const { return is_good; }
+    const Velmo::DATA_BUFFER& sequence() const { return bytes; }
+
+private:
+    Velmo::DATA_BUFFER bytes;
+    bool is_good = false;
+};
+
+// The data that a remote call brings back. A server in this process may deliver
+// none, which is taken as empty.
+class IncomingData {
+public:
+    // Where the remote call puts them.
+    Velmo::DATA_BUFFER_out out() { return sequence.out(); }
+
+    unsigned int length() const;
+    void copy_to(void* buffer) const;
+
+    // A copy in a new block of the C heap, never null even when it is empty.
+    // Throws std::bad_alloc.
+    void* new_block() const;
+
+    // Lets the data live on, owned by nobody.
+    void abandon();
+
+private:
+    Velmo::DATA_BUFFER_var sequence;
+};
+
+// A block of the C heap, never null even when bytes is 0. Throws std::bad_alloc.
+void* allocate_block(std::size_t bytes);
+
+} // namespace velmo::api
+
+#endif

@@ -1,0 +1,46 @@
+// The realms of a server.
+
+#include "api/Velmo_API_Manager.h"
+#include "api/call_frame.h"
+#include "api/name_list.h"
+
+namespace {
+
+constexpr int releam_seq_failed = 137;
+
+// The name under which the unnamed realm is shown.
+constexpr const char* root_realm = "ROOT";
+
+} // namespace
+
+// Departs from the common frame: a server without a service manager has one realm,
+// and a failed call leaves no cached reference to drop, nor a log line.
+int Velmo_API_Manager::releam_seq(NameList* list, const char* server_name)
+{
+    if (!list)
+        return releam_seq_failed;
+    velmo::api::clear(*list);
+    const char* server = velmo::api::choose_server(server_name);
+    if (!server)
+        return NULL_SERVER_NAME;
+
+    vlReferenceContainer* registry = vlReferenceContainer::instance();
+    Velmo::VelmoServiceManager_var manager =
+        registry ? registry->GetServiceRefrence(server) : nullptr;
+    if (CORBA::is_nil(manager.in())) {
+        Velmo::NAME_SEQ root(1);
+        root.length(1);
+        root[0] = root_realm;
+        velmo::api::fill(*list, root);
+        return VL_OK;
+    }
+
+    Velmo::NAME_SEQ_var realms;
+    const int result = velmo::api::unless_it_throws(releam_seq_failed, [&] {
+        manager->get_releam_seq(realms.out()); // its own result says nothing
+        return static_cast<int>(VL_OK);
+    });
+    if (result == VL_OK && realms.operator->())
+        velmo::api::fill(*list, realms.in());
+    return result;
+}
