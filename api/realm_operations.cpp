@@ -3,13 +3,11 @@
 #include "api/Velmo_API_Manager.h"
 #include "api/call_frame.h"
 #include "api/name_list.h"
+#include "idl/service_keys.h"
 
 namespace {
 
 constexpr int releam_seq_failed = 137;
-
-// The name under which the unnamed realm is shown.
-constexpr const char* root_realm = "ROOT";
 
 } // namespace
 
@@ -30,7 +28,7 @@ int Velmo_API_Manager::releam_seq(NameList* list, const char* server_name)
     if (CORBA::is_nil(manager.in())) {
         Velmo::NAME_SEQ root(1);
         root.length(1);
-        root[0] = root_realm;
+        root[0] = velmo::keys::root_realm;
         velmo::api::fill(*list, root);
         return VL_OK;
     }

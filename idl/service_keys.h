@@ -15,6 +15,9 @@ constexpr const char* service_manager = "Velmo_service_manager_naming_service_re
 constexpr const char* all[] = {port_service, data_template_point_service,
                                data_template_service, contention_service, service_manager};
 
+// Another name for the unnamed realm, as realm lists show it.
+constexpr const char* root_realm = "ROOT";
+
 } // namespace velmo::keys
 
 #endif

@@ -37,12 +37,14 @@ CORBA::Object_ptr with_call_timeout(CORBA::ORB_ptr orb, CORBA::Object_ptr object
 void reapply_call_timeout(CORBA::Object_ptr fresh, Milliseconds timeout);
 
 // Narrows an object, asking its server, where that is needed, for no longer than
-// query_timeout. The result, nil when the object is of another type, is a
+// query_timeout. The result, nil when the object is nil or of another type, is a
 // reference of its own with call_timeout set on it.
 template <class Interface>
 typename Interface::_ptr_type narrow(CORBA::ORB_ptr orb, CORBA::Object_ptr object,
                                      Milliseconds query_timeout, Milliseconds call_timeout)
 {
+    if (CORBA::is_nil(object))
+        return Interface::_nil();
     CORBA::Object_var hasty = with_call_timeout(orb, object, query_timeout);
     typename Interface::_var_type typed = Interface::_narrow(hasty.in());
     if (CORBA::is_nil(typed.in()))

@@ -129,11 +129,12 @@ VL_EXPORT int vl_create_port(const char* port, unsigned int handle, unsigned int
  *   mode   30001 plain; 30002 exclusive; 30004 plain, and this host's name is
  *          registered with the first port
  *   flags, remark  0 and "": reserved
- * 0 connected; 2004 already connected (or one end is, in mode 30002); 2007 no
- * port named from; 2009 no port named to; 2008 unknown mode; 112 the call
- * failed; 110 it failed for a reason outside the broker; 2 (mode 30004) the
- * library's manager could not be created; 3000, 99. A failure of the host's
- * registration after a successful connection still gives 0. */
+ * 0 connected; 2004 the two are connected already, or one end is in a way that
+ * mode 30002, of the old or of the new connection, excludes; 2007 no port named
+ * from; 2009 no port named to; 2008 unknown mode; 112 the call failed; 110 it
+ * failed for a reason outside the broker; 2 the library's manager could not be
+ * created; 3000, 99. That the host's registration (mode 30004) fails on its way
+ * after a successful connection still gives 0. */
 VL_EXPORT int vl_connect_port(const char* from, const char* to, unsigned int mode,
                               unsigned int flags, const char* remark,
                               const char* server_name, const char* releam);
@@ -162,7 +163,8 @@ VL_EXPORT int vl_com_chennal_seq(NameList* list, const char* server_name,
 
 /* Chooses how a port with several receivers delivers: enable 1 (the default)
  * gives each its own copy, 0 gives each packet to one of them in turn.
- * 112 the call failed; 3000, 99. */
+ * 2007 no port named object; 4 another value of enable; 112 the call failed;
+ * 3000, 99. */
 VL_EXPORT int enableCopy(const char* object, unsigned int enable, const char* server_name,
                          const char* releam);
 
@@ -171,7 +173,7 @@ VL_EXPORT int enableCopy(const char* object, unsigned int enable, const char* se
 /* Sends a packet on a port: to every port connected from it, or into its own
  * queue when there is none.
  * 0 queued; 2003 a queue is full (option 0); 2017 still full after the wait;
- * 2007 no such handle; 112 the call failed or the data are bad; 3000, 99. */
+ * 4001 the packet is larger than a queue can hold; 2007 no such handle; 112 the call failed or the data are bad; 3000, 99. */
 VL_EXPORT int vl_send_packet(unsigned int port, const void* data, int length,
                              unsigned int option, const char* server_name,
                              const char* releam);
@@ -212,7 +214,8 @@ VL_EXPORT int vl_receive_packetv(unsigned int port, void* from, void** data,
 /* Answers the oldest packet that was received on this port and not answered
  * yet; the reply waits at the port that sent the packet.
  * 0 queued; 2001 no packet waits for an answer; 2003 and 2017 the sender holds
- * too many replies; 2007 no such handle; 124 the call failed or the data are
+ * too many replies, without and after a wait; 4001 the reply is larger than it
+ * can hold; 2007 no such handle; 124 the call failed or the data are
  * bad; 3000, 99. */
 VL_EXPORT int vl_reply_packet(unsigned int port, const void* data, int length,
                               unsigned int option, const char* server_name,
@@ -227,9 +230,9 @@ VL_EXPORT int vl_receive_reply(unsigned int port, void* buffer, unsigned int siz
 /* Takes the oldest reply to a packet sent on this port into a new block: *data
  * and *length, to be freed with vl_free_memory(data). On failure both stay as
  * they were.
- * 0 received; 2001 nothing sent on this port waits for an answer, 2002 the
- * answer has not come (option 0); 2016 it has not come after the wait; 2007 no
- * such handle; 127 the call failed or data or length is NULL; 3000, 99. */
+ * 0 received; 2016 no answer has come after the wait; without a wait (option 0)
+ * 2001 nothing sent on this port waits for an answer, 2002 it does but has not
+ * come; 2007 no such handle; 127 the call failed or data or length is NULL; 3000, 99. */
 VL_EXPORT int vl_receive_reply2(unsigned int port, void** data, unsigned int* length,
                                 unsigned int option, const char* server_name,
                                 const char* releam);

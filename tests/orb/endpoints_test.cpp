@@ -52,7 +52,7 @@ TEST(PublishedEndpoint, IsNotThereForNil)
 TEST(ServerOrb, SaysThatAPortIsTaken)
 {
     ServerOptions options;
-    options.endpoints = {{"192.0.2.1", 1}}; // an address that no host has
+    options.endpoints = {{"203.0.113.1", 1}}; // an address that no host has
     EXPECT_THROW(make_server_orb(options), EndpointError);
 }
 

@@ -1,0 +1,165 @@
+// What PortService does with packets and replies.
+#include "server/model/port_service.h"
+
+namespace velmo::model {
+
+class PortService::Send final : public Write {
+public:
+    Send(Port& sending_port, const Data& data, End where)
+        : sender(sending_port), packet{data, &sender}, end(where)
+    {
+    }
+
+    std::optional<vl_result> attempt() override
+    {
+        return sender.copies ? give_to_all() : give_to_next();
+    }
+
+private:
+    std::optional<vl_result> give_to_all()
+    {
+        for (std::size_t i = 0; i < sender.receivers(); ++i)
+            if (!sender.receiver(i).packets.accepts(packet))
+                obstacles.push_back(&sender.receiver(i).packets);
+        if (!obstacles.empty())
+            return std::nullopt;
+        for (std::size_t i = 0; i < sender.receivers(); ++i)
+            give(sender.receiver(i));
+        return VL_OK;
+    }
+
+    std::optional<vl_result> give_to_next()
+    {
+        const std::size_t count = sender.receivers();
+        for (std::size_t i = 0; i < count; ++i) {
+            const std::size_t chosen = (sender.turn + i) % count;
+            Port& receiver = sender.receiver(chosen);
+            if (receiver.packets.accepts(packet)) {
+                obstacles.clear();
+                give(receiver);
+                sender.turn = (chosen + 1) % count;
+                return VL_OK;
+            }
+            obstacles.push_back(&receiver.packets);
+        }
+        return std::nullopt;
+    }
+
+    void give(Port& receiver)
+    {
+        const bool handed_over = receiver.packets.put(packet, end);
+        ++sender.awaited;
+        if (handed_over)
+            receiver.expect_answer(sender);
+    }
+
+    Port& sender;
+    const Packet packet;
+    const End end;
+};
+
+vl_result PortService::send(Handle handle, const Data& data, WaitOption wait, End end)
+{
+    Lock lock(mutex);
+    Port* port = find(handle);
+    if (!port)
+        return INVAILD_PORT_HANDLE;
+    if (data->size() > limits.queue_bytes)
+        return SIZE_IS_NOT_MATCH;
+    Send write(*port, data, end);
+    return complete(lock, write, wait);
+}
+
+vl_result PortService::send_packet(Handle handle, const Data& data, WaitOption wait)
+{
+    return send(handle, data, wait, End::back);
+}
+
+vl_result PortService::send_packet_to_front(Handle handle, const Data& data,
+                                            WaitOption wait)
+{
+    return send(handle, data, wait, End::front);
+}
+
+vl_result PortService::receive_packet(Handle handle, std::uint64_t from, Data& data,
+                                      WaitOption wait)
+{
+    Lock lock(mutex);
+    Port* port = find(handle);
+    if (!port)
+        return INVAILD_PORT_HANDLE;
+    Receiver receiver;
+    receiver.from = from;
+    if (std::optional<Packet> packet = port->packets.take(receiver)) {
+        port->expect_answer(*packet->sender);
+        port->packets.retry_writes();
+        data = std::move(packet->data);
+        return VL_OK;
+    }
+    if (!await(lock, port->packets, receiver, wait))
+        return wait == no_wait ? EMPTY_QUEUE : TIME_OUT;
+    data = std::move(receiver.packet->data);
+    return VL_OK;
+}
+
+class PortService::Reply final : public Write {
+public:
+    Reply(Port& answering_port, const Data& data)
+        : answerer(answering_port), packet{data, &answerer}
+    {
+    }
+
+    std::optional<vl_result> attempt() override
+    {
+        if (answerer.unanswered.empty())
+            return NON_EXIST_DATA;
+        Port& asker = *answerer.unanswered.front();
+        if (!asker.replies.accepts(packet)) {
+            obstacles.push_back(&asker.replies);
+            return std::nullopt;
+        }
+        asker.replies.put(packet, End::back);
+        --asker.awaited;
+        answerer.unanswered.pop_front();
+        return VL_OK;
+    }
+
+private:
+    Port& answerer;
+    const Packet packet;
+};
+
+vl_result PortService::reply_packet(Handle handle, const Data& data, WaitOption wait)
+{
+    Lock lock(mutex);
+    Port* port = find(handle);
+    if (!port)
+        return INVAILD_PORT_HANDLE;
+    if (data->size() > limits.queue_bytes)
+        return SIZE_IS_NOT_MATCH;
+    Reply write(*port, data);
+    return complete(lock, write, wait);
+}
+
+vl_result PortService::receive_reply(Handle handle, Data& data, WaitOption wait)
+{
+    Lock lock(mutex);
+    Port* port = find(handle);
+    if (!port)
+        return INVAILD_PORT_HANDLE;
+    Receiver receiver;
+    if (std::optional<Packet> packet = port->replies.take(receiver)) {
+        port->replies.retry_writes();
+        data = std::move(packet->data);
+        return VL_OK;
+    }
+    if (!await(lock, port->replies, receiver, wait)) {
+        if (wait != no_wait)
+            return REPLAY_TIMEOUT;
+        return port->awaited == 0 ? NON_EXIST_DATA : EMPTY_QUEUE;
+    }
+    data = std::move(receiver.packet->data);
+    return VL_OK;
+}
+
+} // namespace velmo::model

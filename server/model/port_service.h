@@ -1,0 +1,161 @@
+// The ports of one realm: named queues of packets, and the connections between them.
+//
+// Any function from any thread. Ports, connections and limits are in port_service.cpp,
+// packets and replies in port_packets.cpp. A single lock guards all of it: what happens
+// under it is a few pointer moves (bytes are copied before and after), and a packet that
+// goes to several ports must reach all or none. Nobody sleeps with the lock held.
+#ifndef VELMO_SERVER_MODEL_PORT_SERVICE_H
+#define VELMO_SERVER_MODEL_PORT_SERVICE_H
+
+#include <chrono>
+#include <mutex>
+#include <string_view>
+#include <unordered_map>
+
+#include "server/model/port.h"
+
+namespace velmo::model {
+
+struct PortLimits {
+    std::uint32_t default_capacity = 1024;
+    std::uint32_t max_capacity = 1u << 20;
+    std::size_t queue_bytes = 64u << 20; // of data in one queue
+    std::chrono::milliseconds max_wait{20000};
+};
+
+constexpr std::size_t max_name_bytes = 255;
+
+// How long an operation waits: not at all, or up to so many milliseconds, or as long
+// as the server allows, which is the limit for all of them.
+using WaitOption = std::uint32_t;
+constexpr WaitOption no_wait = 0;
+constexpr WaitOption longest_wait = 0xFFFFFFFF;
+
+struct ConnectionNames {
+    std::string from;
+    std::string to;
+};
+
+struct ChannelNames {
+    std::vector<std::string> outgoing;
+    std::vector<std::string> incoming;
+};
+
+// Results are the codes of vl_result.h, VL_OK being success. An operation that fails
+// has changed nothing. INVAILD_PORT_HANDLE: there is no port of that handle, or name.
+class PortService {
+public:
+    explicit PortService(const PortLimits& limits = {});
+
+    // Nobody may be in a call; see stop().
+    ~PortService();
+
+    // Creates a port. capacity: packets in its queue, and replies in that of the
+    // replies; 0 is the default one, and more than the limit means the limit.
+    //   INVAILD_NULL_PARAMETER  the name is empty
+    //   PARAMETER_ERROR         the name is longer than max_name_bytes, or handle is 0
+    //   OBJECT_ALREADY_EXSIT    the name or the handle is in use
+    vl_result create_port(std::string_view name, Handle handle, std::uint32_t capacity);
+
+    // Connects: packets sent on one port go to the other. mode: a ConnectionMode.
+    //   INVAILD_SINK_MODE      any other mode
+    //   INVAILD_PORT_HANDLE    there is no port `from`
+    //   RECEIVER_IS_NOT_EXIST  there is no port `to`
+    //   ALREADY_CONNECTED      the two are connected, one of them is by an exclusive
+    //                          connection, or is at all and this one is exclusive
+    vl_result connect_port(std::string_view from, std::string_view to, std::uint32_t mode);
+
+    // Notes the host on which the sender of a ConnectionMode::from_host runs, empty for
+    // one that does not know its name.
+    //   INVAILD_PORT_HANDLE
+    //   PARAMETER_ERROR  host is longer than max_name_bytes
+    //   NOT_CONNECTED    the port has no outgoing connection of that mode
+    vl_result register_port_host(std::string_view from, std::string_view host);
+
+    // Ends every connection from and to a port. Queued packets stay where they are.
+    //   INVAILD_PORT_HANDLE, NOT_CONNECTED
+    vl_result disconnect_port(Handle handle);
+
+    // Sends a packet to every port connected from this one, or to itself when there
+    // is none. All receivers get it, or none does; but see enable_copy().
+    //   INVAILD_PORT_HANDLE
+    //   SIZE_IS_NOT_MATCH  larger than a queue can ever hold
+    //   WOULD_BLOCK        no room (without a wait), SENDMSG_TIMEOUT (after it)
+    vl_result send_packet(Handle handle, const Data& data, WaitOption wait);
+
+    // As send_packet(), but it is the next packet to be received.
+    vl_result send_packet_to_front(Handle handle, const Data& data, WaitOption wait);
+
+    // Takes the oldest packet; with `from`, the oldest that the port of that handle
+    // has sent.
+    //   INVAILD_PORT_HANDLE
+    //   EMPTY_QUEUE  there is none (without a wait), TIME_OUT (after it)
+    vl_result receive_packet(Handle handle, std::uint64_t from, Data& data,
+                             WaitOption wait);
+
+    // Answers the oldest packet that was received on this port and not answered yet.
+    // As many are remembered as its queue holds packets, the oldest being forgotten.
+    //   INVAILD_PORT_HANDLE
+    //   NON_EXIST_DATA     there is no such packet
+    //   SIZE_IS_NOT_MATCH, WOULD_BLOCK, SENDMSG_TIMEOUT  as send_packet(), of the
+    //                      replies that wait at the sender
+    vl_result reply_packet(Handle handle, const Data& data, WaitOption wait);
+
+    // Takes the oldest reply to the packets sent on this port.
+    //   INVAILD_PORT_HANDLE
+    //   NON_EXIST_DATA  (without a wait) no packet is left that could be answered
+    //   EMPTY_QUEUE     (without a wait) no answer has come
+    //   REPLAY_TIMEOUT  (after a wait) no answer has come
+    vl_result receive_reply(Handle handle, Data& data, WaitOption wait);
+
+    // Whether each receiver gets its own copy of a packet (1, as with a new port), or
+    // one of them in turn gets it (0; those without room are passed over).
+    //   INVAILD_PORT_HANDLE, PARAMETER_ERROR (another value)
+    vl_result enable_copy(std::string_view name, std::uint32_t enable);
+
+    // All connections, in the order of connecting.
+    std::vector<ConnectionNames> connections() const;
+
+    // The ports with an outgoing connection, and those with an incoming one, in the
+    // order of connecting.
+    ChannelNames channels() const;
+
+    // The host registered with a port, empty for none.
+    std::string host_of(std::string_view name) const;
+
+    // How many operations wait at this moment.
+    std::size_t waiting() const;
+
+    // Ends all waiting at once, as if the time were over, now and in the future.
+    void stop();
+
+private:
+    using Lock = std::unique_lock<std::mutex>;
+    class Send;
+    class Reply;
+
+    Port* find(Handle handle) const;
+    Port* find(std::string_view name) const;
+    void disconnect(Connections::iterator connection);
+    vl_result send(Handle handle, const Data& data, WaitOption wait, End end);
+    vl_result complete(Lock& lock, Write& write, WaitOption wait);
+    bool await(Lock& lock, PacketQueue& queue, Receiver& receiver, WaitOption wait);
+
+    // Sleeps until condition() holds, the wait is over or stop() is called; gives
+    // condition().
+    template <class Condition>
+    bool sleep(Lock& lock, std::condition_variable& wake, WaitOption wait,
+               Condition condition);
+
+    const PortLimits limits;
+    mutable std::mutex mutex;
+    bool stopped = false;
+    std::size_t asleep = 0;
+    std::unordered_map<Handle, std::unique_ptr<Port>> ports;
+    std::unordered_map<std::string_view, Port*> names; // views of the ports' names
+    Connections all_connections;
+};
+
+} // namespace velmo::model
+
+#endif

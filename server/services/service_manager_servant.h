@@ -1,0 +1,27 @@
+// The service manager of a server, as clients call it.
+#ifndef VELMO_SERVER_SERVICES_SERVICE_MANAGER_SERVANT_H
+#define VELMO_SERVER_SERVICES_SERVICE_MANAGER_SERVANT_H
+
+#include <string>
+#include <vector>
+
+#include "orb/server.h"
+#include "orb/skeletons.h"
+
+namespace velmo::services {
+
+class ServiceManagerServant : public virtual POA_Velmo::VelmoServiceManager,
+                              public virtual orb::ServantBase {
+public:
+    // realms: the names that clients are shown.
+    explicit ServiceManagerServant(std::vector<std::string> realms);
+
+    CORBA::Long get_releam_seq(Velmo::NAME_SEQ_out realms) override;
+
+private:
+    const std::vector<std::string> names;
+};
+
+} // namespace velmo::services
+
+#endif

@@ -1,0 +1,45 @@
+// The example, in two processes.
+
+#include <gtest/gtest.h>
+
+#include "tests/support/loopback.h"
+#include "tests/support/settings_file.h"
+#include "tests/support/velmod.h"
+
+using namespace velmo::tests;
+
+namespace {
+
+TEST(PingPong, TwoProcessesExchangePacketsAndReplies)
+{
+    Velmod velmod;
+    SettingsFile settings("local=\"S\"", {{"S", velmod.naming_url()}});
+    Process pong({PING_PONG_PATH, "pong", "2"});
+    Process ping({PING_PONG_PATH, "ping", "2"});
+    EXPECT_EQ(ping.wait(), 0) << ping.err();
+    EXPECT_EQ(pong.wait(), 0) << pong.err();
+    EXPECT_EQ(pong.out(), "pong: received \"ping 1\"\npong: received \"ping 2\"\n");
+    EXPECT_EQ(ping.out(), "ping: sent \"ping 1\"\n"
+                          "ping: the reply is: pong to \"ping 1\"\n"
+                          "ping: sent \"ping 2\"\n"
+                          "ping: the reply is: pong to \"ping 2\"\n");
+}
+
+TEST(PingPong, OneProcessCanBeBoth)
+{
+    Velmod velmod;
+    SettingsFile settings("local=\"S\"", {{"S", velmod.naming_url()}});
+    Process both({PING_PONG_PATH, "1"});
+    EXPECT_EQ(both.wait(), 0) << both.err();
+    EXPECT_NE(both.out().find("the reply is: pong to \"ping 1\""), std::string::npos);
+}
+
+TEST(PingPong, TellsThatThereIsNoServer)
+{
+    SettingsFile settings("local=\"S\"", {{"S", naming_url(free_port())}});
+    Process ping({PING_PONG_PATH, "ping"}, {{"VELMO_LANG", "en"}});
+    EXPECT_EQ(ping.wait(), 1);
+    EXPECT_NE(ping.err().find("create ping: 99 ("), std::string::npos) << ping.err();
+}
+
+} // namespace

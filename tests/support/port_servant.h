@@ -1,0 +1,79 @@
+// A port service whose every answer a test decides.
+#ifndef VELMO_TESTS_SUPPORT_PORT_SERVANT_H
+#define VELMO_TESTS_SUPPORT_PORT_SERVANT_H
+
+#include <functional>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "orb/server.h"
+#include "orb/skeletons.h"
+
+namespace velmo::tests {
+
+// An operation without an answer raises NO_IMPLEMENT. Safe from any thread.
+class PortServant : public virtual POA_Velmo::DT_PORT_SVC::Port_Factory,
+                    public virtual orb::ServantBase {
+public:
+    struct Reply {
+        CORBA::Long result = 0;
+        // What a receive brings, beside its result; nothing at all is allowed only
+        // for callers in this process.
+        std::optional<std::string> data = "";
+    };
+    // May throw, and may keep the caller waiting.
+    using Answer = std::function<Reply()>;
+
+    // How the operation of that name answers from now on.
+    void answer(const std::string& operation, Answer answer);
+    void answer(const std::string& operation, CORBA::Long result);
+
+    // The calls so far with their arguments, such as: send_packet(7, "hello", 0).
+    // A NULL string shows as null.
+    std::vector<std::string> calls() const;
+
+    CORBA::Long connect_port(const char* from_name, const char* to_name, CORBA::ULong mode,
+                             CORBA::ULong flags, const char* remark) override;
+    CORBA::Long register_port_host(const char* from_name, const char* host_name) override;
+    CORBA::Long disconnect_port(CORBA::ULong port_handle) override;
+    CORBA::Long create_port(const char* port_name, CORBA::ULong port_handle,
+                            CORBA::ULong capacity) override;
+    CORBA::Long send_packet(CORBA::ULong port_handle, const Velmo::DATA_BUFFER& data,
+                            CORBA::ULong option) override;
+    CORBA::Long send_packet_to_front(CORBA::ULong port_handle,
+                                     const Velmo::DATA_BUFFER& data,
+                                     CORBA::ULong option) override;
+    CORBA::Long receive_packet(CORBA::ULong port_handle, CORBA::ULongLong from,
+                               Velmo::DATA_BUFFER_out data, CORBA::ULong option) override;
+    CORBA::Long
+    get_connection_info(Velmo::DT_PORT_SVC::CONNECTION_SEQ_out connections) override;
+    CORBA::Long com_chennal_seq(Velmo::NAME_SEQ_out outgoing,
+                                Velmo::NAME_SEQ_out incoming) override;
+    CORBA::Long reply_packet(CORBA::ULong port_handle, const Velmo::DATA_BUFFER& data,
+                             CORBA::ULong option) override;
+    CORBA::Long receive_reply(CORBA::ULong port_handle, Velmo::DATA_BUFFER_out data,
+                              CORBA::ULong option) override;
+    CORBA::Long clear_event(const char* event_name) override;
+    CORBA::Long event_count(const char* event_name, CORBA::Long_out count) override;
+    CORBA::Long add_event(const char* event_name, CORBA::ULong event_id) override;
+    CORBA::Long send_event(const char* event_name, const Velmo::DATA_BUFFER& data) override;
+    CORBA::Long declare_event(CORBA::ULong event_id, const Velmo::DATA_BUFFER& data,
+                              CORBA::Long kind) override;
+    CORBA::Long make_port_snapshot() override;
+    CORBA::Long load_port_snapshot() override;
+    CORBA::Long enable_copy(const char* port_name, CORBA::ULong enable) override;
+
+private:
+    Reply reply_to(const std::string& operation, const std::string& arguments);
+
+    mutable std::mutex mutex;
+    std::map<std::string, Answer> answers;
+    std::vector<std::string> recorded;
+};
+
+} // namespace velmo::tests
+
+#endif
