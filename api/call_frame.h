@@ -49,7 +49,8 @@ Result call(const FailureRule<Result>& rule, const char* server_name, const char
     vlReferenceContainer* registry = vlReferenceContainer::instance();
     if (!registry)
         return rule.no_reference;
-    typename Service::Interface::_var_type service = Service::get(*registry, server, releam);
+    typename Service::Interface::_var_type service =
+        Service::get(*registry, server, releam);
     if (CORBA::is_nil(service.in()))
         return rule.no_reference;
     try {

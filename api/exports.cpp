@@ -87,7 +87,8 @@ int vl_create_port(const char* port, unsigned int handle, unsigned int capacity,
 int vl_connect_port(const char* from, const char* to, unsigned int mode, unsigned int flags,
                     const char* remark, const char* server_name, const char* releam)
 {
-    return forward(&Manager::connect_port, from, to, mode, flags, remark, server_name, releam);
+    return forward(&Manager::connect_port, from, to, mode, flags, remark, server_name,
+                   releam);
 }
 
 int vl_disconenct_port(unsigned int port, const char* server_name, const char* releam)
@@ -139,7 +140,8 @@ int vl_reply_packet(unsigned int port, const void* data, int length, unsigned in
 int vl_receive_reply2(unsigned int port, void** data, unsigned int* length,
                       unsigned int option, const char* server_name, const char* releam)
 {
-    return forward(&Manager::receive_reply2, port, data, length, option, server_name, releam);
+    return forward(&Manager::receive_reply2, port, data, length, option, server_name,
+                   releam);
 }
 
 int vl_load_dt_snapshot(const char* server_name, const char* releam)

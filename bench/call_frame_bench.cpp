@@ -95,7 +95,8 @@ void send_packet(benchmark::State& state)
     std::vector<double> library, bare, ratio;
     for (auto _ : state) {
         library.push_back(time_of([&] {
-            failures += vl_send_packet(port, packet.data(), size, 0, nullptr, nullptr) != VL_OK;
+            failures +=
+                vl_send_packet(port, packet.data(), size, 0, nullptr, nullptr) != VL_OK;
         }));
         bare.push_back(time_of([&] {
             Velmo::DATA_BUFFER data;

@@ -32,15 +32,17 @@ static int there_by_now(int code, int exists)
 
 static int set_up(void)
 {
-    int code = check("create ping", there_by_now(vl_create_port("ping", PING, 0, NULL, NULL),
-                                                 OBJECT_ALREADY_EXSIT));
+    int code =
+        check("create ping", there_by_now(vl_create_port("ping", PING, 0, NULL, NULL),
+                                          OBJECT_ALREADY_EXSIT));
     if (code == VL_OK)
-        code = check("create pong", there_by_now(vl_create_port("pong", PONG, 0, NULL, NULL),
-                                                 OBJECT_ALREADY_EXSIT));
+        code =
+            check("create pong", there_by_now(vl_create_port("pong", PONG, 0, NULL, NULL),
+                                              OBJECT_ALREADY_EXSIT));
     if (code == VL_OK)
         code = check("connect ping to pong",
-                     there_by_now(vl_connect_port("ping", "pong", CONNECT_PLAINLY, 0, "", NULL,
-                                                  NULL),
+                     there_by_now(vl_connect_port("ping", "pong", CONNECT_PLAINLY, 0, "",
+                                                  NULL, NULL),
                                   ALREADY_CONNECTED));
     return code;
 }
@@ -65,8 +67,8 @@ static int answer_ping(void)
     if (code != VL_OK)
         return code;
     printf("pong: received \"%.*s\"\n", (int)length, (const char*)data);
-    const int size = snprintf(text, sizeof text, "pong to \"%.*s\"", (int)length,
-                              (const char*)data);
+    const int size =
+        snprintf(text, sizeof text, "pong to \"%.*s\"", (int)length, (const char*)data);
     vl_free_memory(&data);
     return check("reply", vl_reply_packet(PONG, text, size, WAIT_MS, NULL, NULL));
 }
@@ -75,8 +77,8 @@ static int collect_pong(void)
 {
     void* data = NULL;
     unsigned int length = 0;
-    const int code =
-        check("receive reply", vl_receive_reply2(PING, &data, &length, WAIT_MS, NULL, NULL));
+    const int code = check("receive reply",
+                           vl_receive_reply2(PING, &data, &length, WAIT_MS, NULL, NULL));
     if (code != VL_OK)
         return code;
     printf("ping: the reply is: %.*s\n", (int)length, (const char*)data);
@@ -88,7 +90,8 @@ int main(int argc, char** argv)
 {
     const int ping = argc > 1 && strcmp(argv[1], "ping") == 0;
     const int pong = argc > 1 && strcmp(argv[1], "pong") == 0;
-    const char* argument = ping || pong ? (argc > 2 ? argv[2] : "3") : (argc > 1 ? argv[1] : "3");
+    const char* argument =
+        ping || pong ? (argc > 2 ? argv[2] : "3") : (argc > 1 ? argv[1] : "3");
     char* end = NULL;
     const long count = strtol(argument, &end, 10);
     if (count < 1 || *end != '\0') {

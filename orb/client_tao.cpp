@@ -47,8 +47,9 @@ CORBA::ORB_ptr join_or_make(Milliseconds connect_timeout)
 {
     // One connection for each call in progress: behind a waiting receive no other
     // call would get through.
-    Arguments arguments{{"-ORBSvcConfDirective",
-                         "static Client_Strategy_Factory '-ORBTransportMuxStrategy EXCLUSIVE'"}};
+    Arguments arguments{
+        {"-ORBSvcConfDirective",
+         "static Client_Strategy_Factory '-ORBTransportMuxStrategy EXCLUSIVE'"}};
     CORBA::ORB_var orb = CORBA::ORB_init(arguments.count, arguments.values());
     if (connect_timeout.count() > 0)
         limit_connecting(orb.in(), connect_timeout);

@@ -32,7 +32,8 @@ Bytes decode(std::string_view ior)
         malformed();
     Bytes bytes;
     for (std::size_t i = 4; i < ior.size(); i += 2)
-        bytes.push_back(static_cast<unsigned char>(hex_digit(ior[i]) << 4 | hex_digit(ior[i + 1])));
+        bytes.push_back(
+            static_cast<unsigned char>(hex_digit(ior[i]) << 4 | hex_digit(ior[i + 1])));
     return bytes;
 }
 

@@ -47,8 +47,8 @@ std::uint16_t free_port(const std::string& host)
 
 CORBA::ORB_var listening_orb(const ServerOptions& options)
 {
-    std::vector<std::string> arguments{
-        "-ORBtraceLevel", "0", "-ORBgiopMaxMsgSize", std::to_string(max_message_bytes)};
+    std::vector<std::string> arguments{"-ORBtraceLevel", "0", "-ORBgiopMaxMsgSize",
+                                       std::to_string(max_message_bytes)};
     for (const Endpoint& endpoint : options.endpoints) {
         const std::uint16_t port = endpoint.port ? endpoint.port : free_port(endpoint.host);
         arguments.insert(arguments.end(),
@@ -56,8 +56,9 @@ CORBA::ORB_var listening_orb(const ServerOptions& options)
                                               std::to_string(port)});
     }
     if (!options.unix_socket.empty()) {
-        arguments.insert(arguments.end(), {"-ORBendPoint", "giop:unix:" + options.unix_socket,
-                                           "-ORBunixTransportPermission", "700"});
+        arguments.insert(arguments.end(),
+                         {"-ORBendPoint", "giop:unix:" + options.unix_socket,
+                          "-ORBunixTransportPermission", "700"});
     }
     Arguments vector{std::move(arguments)};
     CORBA::ORB_var orb = CORBA::ORB_init(vector.count, vector.values());

@@ -16,8 +16,8 @@ CORBA::ORB_var make_server_orb(const ServerOptions& options)
         "static Client_Strategy_Factory '-ORBTransportMuxStrategy EXCLUSIVE'"};
     for (const Endpoint& endpoint : options.endpoints) {
         arguments.insert(arguments.end(),
-                         {"-ORBListenEndpoints",
-                          "iiop://" + url_host(endpoint.host) + ":" + std::to_string(endpoint.port)});
+                         {"-ORBListenEndpoints", "iiop://" + url_host(endpoint.host) + ":" +
+                                                     std::to_string(endpoint.port)});
     }
     Arguments vector{std::move(arguments)};
     CORBA::ORB_var orb = CORBA::ORB_init(vector.count, vector.values());

@@ -14,8 +14,7 @@
 #include "quilp/log_queue.h"
 #include "quilp/output.h"
 
-namespace
-{
+namespace {
 
 using velmo::quilp::Destination;
 using velmo::quilp::destination_from;

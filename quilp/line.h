@@ -9,8 +9,7 @@
 #include <string>
 #include <utility>
 
-namespace velmo::quilp
-{
+namespace velmo::quilp {
 
 struct Line {
     std::chrono::system_clock::time_point time;

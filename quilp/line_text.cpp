@@ -6,11 +6,9 @@
 
 #include "quilp/utf8.h"
 
-namespace velmo::quilp
-{
+namespace velmo::quilp {
 
-namespace
-{
+namespace {
 
 bool is_control(char32_t code)
 {

@@ -7,8 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace velmo::quilp
-{
+namespace velmo::quilp {
 
 // The longest text of a line in bytes, the mark of a cut included.
 constexpr std::size_t max_text = 8192;

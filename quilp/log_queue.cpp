@@ -8,16 +8,13 @@
 #include <system_error>
 #include <utility>
 
-namespace velmo::quilp
-{
+namespace velmo::quilp {
 
-namespace
-{
+namespace {
 
 // For as long as it lives, the calling thread, and those it starts, get no signals:
 // an application's handlers belong on its own threads.
-class SignalsBlocked
-{
+class SignalsBlocked {
 public:
     SignalsBlocked()
     {

@@ -14,14 +14,12 @@
 
 #include "quilp/line.h"
 
-namespace velmo::quilp
-{
+namespace velmo::quilp {
 
 // A bounded queue, so that a thread that logs does not wait for a slow disk: when it
 // is full, the oldest lines are dropped, and a line tells how many. All members may
 // be called from any thread.
-class LogQueue
-{
+class LogQueue {
 public:
     using Duration = std::chrono::milliseconds;
     using Write = std::function<void(const Line&)>; // one call at a time; must not throw

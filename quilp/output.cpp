@@ -17,11 +17,9 @@
 
 #include "quilp/line_text.h"
 
-namespace velmo::quilp
-{
+namespace velmo::quilp {
 
-namespace
-{
+namespace {
 
 using Sink = std::unique_ptr<spdlog::sinks::sink>;
 

@@ -9,13 +9,11 @@
 
 #include "quilp/line.h"
 
-namespace spdlog::sinks
-{
+namespace spdlog::sinks {
 class sink;
 }
 
-namespace velmo::quilp
-{
+namespace velmo::quilp {
 
 struct Destination {
     enum class Kind { standard_error, system_log, file };
@@ -39,8 +37,7 @@ struct Rotation {
 // Writes lines to a destination, which is opened at the first one. When it cannot be
 // opened or written to, lines go to standard error, after one that tells why, and
 // the destination is tried again after a while. Not for several threads at once.
-class Output
-{
+class Output {
 public:
     using Clock = std::chrono::steady_clock;
     static constexpr std::chrono::seconds retry_interval{10};

@@ -5,8 +5,7 @@
 #include <cstddef>
 #include <string_view>
 
-namespace velmo::quilp
-{
+namespace velmo::quilp {
 
 // The character that a text begins with.
 struct Utf8Character {

@@ -20,7 +20,8 @@ using WriteGuard = ACE_Write_Guard<ACE_RW_Mutex>;
 constexpr const char* placeholder_server = "0000";
 
 const char* const own = "own";
-const char* const positions[] = {"parent", own, "sibling", "child", "others", "master", "slave"};
+const char* const positions[] = {"parent", own,      "sibling", "child",
+                                 "others", "master", "slave"};
 
 Name name_of(const char* text)
 {
@@ -245,7 +246,6 @@ void vlReferenceContainer::ReleaseFileReference(const char*, const char*) {}
 
 void vlReferenceContainer::releaseAllReference(const char* server)
 {
-    release_reference<ReadGuard>(*this, server, [](vlServerReference& entry) {
-        entry.releaseAllReference();
-    });
+    release_reference<ReadGuard>(
+        *this, server, [](vlServerReference& entry) { entry.releaseAllReference(); });
 }

@@ -60,9 +60,9 @@ typename Interface::_ptr_type vlServerReference::look_up(const std::string& name
 // Caches a duplicate of a reference, unless another thread was first, and hands
 // the reference on. The caller holds the lock for writing.
 template <class Interface>
-typename Interface::_ptr_type vlServerReference::keep(Cache<Interface>& cache,
-                                                      const std::string& realm,
-                                                      typename Interface::_ptr_type reference)
+typename Interface::_ptr_type
+vlServerReference::keep(Cache<Interface>& cache, const std::string& realm,
+                        typename Interface::_ptr_type reference)
 {
     typename Interface::_var_type owned = reference;
     if (!caching_stopped)
@@ -71,8 +71,8 @@ typename Interface::_ptr_type vlServerReference::keep(Cache<Interface>& cache,
 }
 
 template <class Interface>
-typename Interface::_ptr_type vlServerReference::get(Cache<Interface>& cache, const char* key,
-                                                     const char* releam)
+typename Interface::_ptr_type vlServerReference::get(Cache<Interface>& cache,
+                                                     const char* key, const char* releam)
 {
     const std::string realm = realm_of(releam);
     {
@@ -138,8 +138,9 @@ vlServerReference::GetContenderReference(const char* releam)
 Velmo::VelmoServiceManager_ptr vlServerReference::GetServiceReference()
 {
     ReadGuard guard(lock);
-    return guard.locked() ? look_up<Velmo::VelmoServiceManager>(velmo::keys::service_manager)
-                          : nullptr;
+    return guard.locked()
+               ? look_up<Velmo::VelmoServiceManager>(velmo::keys::service_manager)
+               : nullptr;
 }
 
 void vlServerReference::ReleaseDtpReference(const char* releam)

@@ -10,8 +10,7 @@
 
 #include "util/text_table.h"
 
-namespace
-{
+namespace {
 
 using velmo::util::chosen_language;
 using velmo::util::TextTable;

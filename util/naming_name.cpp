@@ -23,7 +23,8 @@ std::string unescape_url(const std::string& text)
             plain += text[i];
             continue;
         }
-        if (i + 2 >= text.size() || !std::isxdigit(static_cast<unsigned char>(text[i + 1])) ||
+        if (i + 2 >= text.size() ||
+            !std::isxdigit(static_cast<unsigned char>(text[i + 1])) ||
             !std::isxdigit(static_cast<unsigned char>(text[i + 2])))
             throw CORBA::BAD_PARAM();
         plain += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));

@@ -36,11 +36,12 @@ CORBA::Object_ptr NamingService::resolve(const std::string& path, const Accept& 
     CORBA::Object_var accepted;
     try {
         const CosNaming::Name name = name_of_path(path);
-        ask(Deadline(limit), [&](CosNaming::NamingContext_ptr context, const Deadline& deadline) {
-            CORBA::Object_var found = context->resolve(name);
-            if (!CORBA::is_nil(found.in()))
-                accepted = accept(found.in(), deadline.left());
-        });
+        ask(Deadline(limit),
+            [&](CosNaming::NamingContext_ptr context, const Deadline& deadline) {
+                CORBA::Object_var found = context->resolve(name);
+                if (!CORBA::is_nil(found.in()))
+                    accepted = accept(found.in(), deadline.left());
+            });
     } catch (const CORBA::UserException&) {
         // It answered: there is no such name.
     }
@@ -75,7 +76,8 @@ bool NamingService::ask(const Deadline& deadline, Question question)
 }
 
 // The root context for one caller, who may use up what is left of the time.
-CosNaming::NamingContext_ptr NamingService::hasty(const Root& from, const Deadline& deadline)
+CosNaming::NamingContext_ptr NamingService::hasty(const Root& from,
+                                                  const Deadline& deadline)
 {
     CORBA::Object_var limited =
         orb::with_call_timeout(orb.in(), from.context.in(), deadline.left());

@@ -31,7 +31,8 @@ public:
     // makes of it; nil when there is nothing, or no answer in time. accept() may
     // ask the object's server, within the time that it is told; what it raises
     // counts as no answer.
-    using Accept = std::function<CORBA::Object_ptr(CORBA::Object_ptr, Deadline::Milliseconds)>;
+    using Accept =
+        std::function<CORBA::Object_ptr(CORBA::Object_ptr, Deadline::Milliseconds)>;
     CORBA::Object_ptr resolve(const std::string& path, const Accept& accept);
 
 private:

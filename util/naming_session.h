@@ -28,7 +28,7 @@ public:
 
 private:
     const CORBA::ORB_var process_orb;
-    std::mutex mutex; // guards services
+    std::mutex mutex;                                               // guards services
     std::map<std::string, std::shared_ptr<NamingService>> services; // by server name
 };
 

@@ -7,11 +7,9 @@
 #include "CQuilp.h"
 #include "quilp/utf8.h"
 
-namespace velmo::util
-{
+namespace velmo::util {
 
-namespace
-{
+namespace {
 
 constexpr const char* fallback_language = "en";
 

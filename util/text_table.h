@@ -8,8 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace velmo::util
-{
+namespace velmo::util {
 
 // The language that the values of VELMO_LANG, LC_ALL, LC_MESSAGES and LANG, in this
 // order, ask for; null means unset. The first that is not empty decides: "de" for
@@ -27,8 +26,7 @@ std::wstring wide(std::string_view utf8);
 //
 // A faulty file, and the lack of en.xml, is reported through the log; there are no
 // texts from it.
-class TextTable
-{
+class TextTable {
 public:
     TextTable(const std::filesystem::path& folder, const std::string& language);
     TextTable(const TextTable&) = delete;

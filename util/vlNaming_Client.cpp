@@ -105,7 +105,8 @@ CORBA::Object_ptr narrow(CORBA::ORB_ptr orb, CORBA::Object_ptr object,
 using Narrow = decltype(&narrow<Velmo::VelmoServiceManager>);
 
 CORBA::Object_ptr narrow_nothing(CORBA::ORB_ptr orb, CORBA::Object_ptr object,
-                                 Deadline::Milliseconds, Deadline::Milliseconds call_timeout)
+                                 Deadline::Milliseconds,
+                                 Deadline::Milliseconds call_timeout)
 {
     return velmo::orb::with_call_timeout(orb, object, call_timeout);
 }

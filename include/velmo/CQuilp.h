@@ -9,8 +9,7 @@
 // A file (PATH = NAME.EXT) is appended to and becomes NAME.1.EXT, up to
 // NAME.5.EXT, before it grows beyond 10 MiB. While a line cannot be written to
 // where it should, it goes to standard error, after the reason.
-class VL_EXPORT CQuilp
-{
+class VL_EXPORT CQuilp {
 public:
     // The process's log; never null, usable until the process has ended.
     static CQuilp* instance();

@@ -9,8 +9,7 @@
 // English stands in where a language or one of its texts is missing. The texts are
 // read from the files share/velmo/lang/LANGUAGE.xml of the library's installation;
 // what is wrong with them is logged.
-class VL_EXPORT VelmoLang
-{
+class VL_EXPORT VelmoLang {
 public:
     // The process's table; never null.
     static VelmoLang* GetInstance();

@@ -57,10 +57,10 @@ public:
     GetContenerReferenceWithServerName(const char* server, const char* releam);
     Velmo::DT_POINT_SVC::DT_Point_Factory_ptr
     GetDptReferenceWithServerName(const char* server, const char* releam);
-    Velmo::SYSTEM_SVC::DT_manager_ptr
-    GetDtRefrenceWithServerName(const char* server, const char* releam);
-    Velmo::DT_PORT_SVC::Port_Factory_ptr
-    GetPortReferenceWithServerName(const char* server, const char* releam);
+    Velmo::SYSTEM_SVC::DT_manager_ptr GetDtRefrenceWithServerName(const char* server,
+                                                                  const char* releam);
+    Velmo::DT_PORT_SVC::Port_Factory_ptr GetPortReferenceWithServerName(const char* server,
+                                                                        const char* releam);
 
     // Always null: servers publish no file service.
     Velmo::FileService::FileServiceInterface_ptr
@@ -91,7 +91,8 @@ public:
     // insert into it; held for no longer than that.
     std::mutex serverMapMutex;
     // Position word to server names, in the order of the settings.
-    std::multimap<ACE_String_Base<char>, std::unique_ptr<ACE_String_Base<char>>> positionMap;
+    std::multimap<ACE_String_Base<char>, std::unique_ptr<ACE_String_Base<char>>>
+        positionMap;
 };
 
 #endif

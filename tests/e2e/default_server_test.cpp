@@ -28,7 +28,8 @@ std::string receive(const char* server)
 {
     void* data = nullptr;
     unsigned int length = 0;
-    const int code = vl_receive_packetv(mailbox, nullptr, &data, &length, 0, server, nullptr);
+    const int code =
+        vl_receive_packetv(mailbox, nullptr, &data, &length, 0, server, nullptr);
     if (code != VL_OK)
         return "code " + std::to_string(code);
     const std::string text(static_cast<const char*>(data), length);

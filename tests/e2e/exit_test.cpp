@@ -20,14 +20,16 @@ std::string test_name(std::string text)
     return text;
 }
 
-void expect_clean_exit(const std::string& first, const std::string& orb, const std::string& end)
+void expect_clean_exit(const std::string& first, const std::string& orb,
+                       const std::string& end)
 {
     // An ORB that the application destroys waits for the calls under way.
     Velmod velmod({"--max-wait", "1000"});
     SettingsFile settings("", {{"S", velmod.naming_url()}});
     Process process({EXIT_SCENARIO_PATH, first, orb, end});
     EXPECT_EQ(process.wait(), 0) << process.err();
-    EXPECT_NE(process.err().find("used"), std::string::npos) << "the last log line is missing";
+    EXPECT_NE(process.err().find("used"), std::string::npos)
+        << "the last log line is missing";
 }
 
 using MadeFirst = ::testing::TestWithParam<std::tuple<const char*, const char*>>;
@@ -59,8 +61,9 @@ INSTANTIATE_TEST_SUITE_P(Exit, Ended,
                                                               "destroyed-before"),
                                             ::testing::Values("exit", "call", "twice")),
                          [](const auto& scenario) {
-                             return test_name(std::string("orb_") + std::get<0>(scenario.param) +
-                                              "_end_" + std::get<1>(scenario.param));
+                             return test_name(std::string("orb_") +
+                                              std::get<0>(scenario.param) + "_end_" +
+                                              std::get<1>(scenario.param));
                          });
 
 } // namespace

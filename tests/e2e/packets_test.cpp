@@ -36,7 +36,8 @@ protected:
     {
         void* data = nullptr;
         unsigned int length = 0;
-        const int code = vl_receive_packetv(port, sender, &data, &length, 0, nullptr, nullptr);
+        const int code =
+            vl_receive_packetv(port, sender, &data, &length, 0, nullptr, nullptr);
         text.assign(static_cast<const char*>(data ? data : ""), length);
         vl_free_memory(&data);
         return code;
@@ -110,7 +111,8 @@ TEST_F(Packets, AreAnswered)
     ASSERT_EQ(send("question"), VL_OK);
     std::string text;
     ASSERT_EQ(receive(to, text), VL_OK);
-    EXPECT_EQ(vl_receive_reply2(from, &data, &length, 20, nullptr, nullptr), REPLAY_TIMEOUT);
+    EXPECT_EQ(vl_receive_reply2(from, &data, &length, 20, nullptr, nullptr),
+              REPLAY_TIMEOUT);
     ASSERT_EQ(vl_reply_packet(to, "answer", 6, 0, nullptr, nullptr), VL_OK);
     ASSERT_EQ(vl_receive_reply2(from, &data, &length, 0, nullptr, nullptr), VL_OK);
     EXPECT_EQ(std::string(static_cast<const char*>(data), length), "answer");
@@ -122,7 +124,8 @@ TEST_F(Packets, CodesOfTheServerComeBackUnchanged)
     std::string text;
     EXPECT_EQ(receive(unknown, text), INVAILD_PORT_HANDLE);
     EXPECT_EQ(vl_send_packet(unknown, "x", 1, 0, nullptr, nullptr), INVAILD_PORT_HANDLE);
-    EXPECT_EQ(vl_connect_port("from", "to", 30001, 0, "", nullptr, nullptr), ALREADY_CONNECTED);
+    EXPECT_EQ(vl_connect_port("from", "to", 30001, 0, "", nullptr, nullptr),
+              ALREADY_CONNECTED);
     EXPECT_EQ(vl_connect_port("from", "to", 5, 0, "", nullptr, nullptr), INVAILD_SINK_MODE);
     EXPECT_EQ(vl_connect_port("from", "nobody", 30001, 0, "", nullptr, nullptr),
               RECEIVER_IS_NOT_EXIST);
@@ -150,7 +153,8 @@ TEST_F(Packets, BadDataAreRefusedAndTheReferenceStays)
 TEST_F(Packets, NullNamesReachTheServerAsEmptyOnes)
 {
     EXPECT_EQ(vl_create_port(nullptr, 9, 0, nullptr, nullptr), INVAILD_NULL_PARAMETER);
-    EXPECT_NE(vl_connect_port(nullptr, nullptr, 30001, 0, nullptr, nullptr, nullptr), VL_OK);
+    EXPECT_NE(vl_connect_port(nullptr, nullptr, 30001, 0, nullptr, nullptr, nullptr),
+              VL_OK);
 }
 
 } // namespace

@@ -15,21 +15,24 @@ bool contains(const std::string& text, const std::string& part)
 TEST(Describe, TellsIdMinorCodeAndCompletionOfASystemException)
 {
     const std::string text = describe(CORBA::TRANSIENT(0x1234, CORBA::COMPLETED_NO));
-    EXPECT_EQ(text.find("system exception, ID 'IDL:omg.org/CORBA/TRANSIENT:1.0'"), 0u) << text;
+    EXPECT_EQ(text.find("system exception, ID 'IDL:omg.org/CORBA/TRANSIENT:1.0'"), 0u)
+        << text;
     EXPECT_TRUE(contains(text, "minor code = ")) << text;
     EXPECT_TRUE(contains(text, "1234")) << text;
     EXPECT_TRUE(contains(text, "completed = NO")) << text;
-    EXPECT_TRUE(contains(describe(CORBA::UNKNOWN(0, CORBA::COMPLETED_MAYBE)),
-                         "completed = MAYBE"));
-    EXPECT_TRUE(contains(describe(CORBA::UNKNOWN(0, CORBA::COMPLETED_YES)), "completed = YES"));
+    EXPECT_TRUE(
+        contains(describe(CORBA::UNKNOWN(0, CORBA::COMPLETED_MAYBE)), "completed = MAYBE"));
+    EXPECT_TRUE(
+        contains(describe(CORBA::UNKNOWN(0, CORBA::COMPLETED_YES)), "completed = YES"));
 }
 
 TEST(Describe, TellsTheIdOfAUserException)
 {
     const std::string text = describe(CosNaming::NamingContext::AlreadyBound());
-    EXPECT_EQ(text.find(
-                  "user exception, ID 'IDL:omg.org/CosNaming/NamingContext/AlreadyBound:1.0'"),
-              0u)
+    EXPECT_EQ(
+        text.find(
+            "user exception, ID 'IDL:omg.org/CosNaming/NamingContext/AlreadyBound:1.0'"),
+        0u)
         << text;
 }
 

@@ -18,8 +18,7 @@
 #include "tests/support/process.h"
 #include "tests/support/temporary_folder.h"
 
-namespace
-{
+namespace {
 
 namespace fs = std::filesystem;
 
@@ -75,8 +74,7 @@ std::string contents(const fs::path& path)
 
 using Texts = std::vector<std::string>;
 
-class CQuilpTest : public testing::Test
-{
+class CQuilpTest : public testing::Test {
 protected:
     static Process::Command command(const std::string& way) { return {QUILP_HELPER, way}; }
     static Process::Environment log_to(const std::string& destination)

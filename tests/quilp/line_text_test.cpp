@@ -8,8 +8,7 @@
 
 #include "quilp/utf8.h"
 
-namespace
-{
+namespace {
 
 using velmo::quilp::cut_mark;
 using velmo::quilp::line_text;

@@ -12,8 +12,7 @@
 
 #include "tests/support/process.h"
 
-namespace
-{
+namespace {
 
 using velmo::quilp::Line;
 using velmo::quilp::LogQueue;
@@ -23,8 +22,7 @@ using Texts = std::vector<std::string>;
 constexpr LogQueue::Duration moment{20}; // where a wait is to end in vain
 
 // Stands for a disk: remembers what is written, and can be made to stand still.
-class Disk
-{
+class Disk {
 public:
     LogQueue::Write writer()
     {

@@ -13,8 +13,7 @@
 
 #include "tests/support/temporary_folder.h"
 
-namespace
-{
+namespace {
 
 namespace fs = std::filesystem;
 
@@ -26,8 +25,7 @@ using velmo::quilp::Rotation;
 using velmo::tests::TemporaryFolder;
 
 // What is written to standard error during its life.
-class CapturedErrors
-{
+class CapturedErrors {
 public:
     CapturedErrors()
         : saved(dup(STDERR_FILENO)), memory(memfd_create("stderr", MFD_CLOEXEC))

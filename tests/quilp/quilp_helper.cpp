@@ -22,8 +22,7 @@
 #include <thread>
 #include <vector>
 
-namespace
-{
+namespace {
 
 CQuilp& quilp()
 {
@@ -83,8 +82,7 @@ VL_EXPORT void __syslog_chk(int priority, int, const char* format, ...)
 }
 }
 
-namespace
-{
+namespace {
 
 // --------------------------------------------------------------------- exit
 

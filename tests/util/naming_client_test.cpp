@@ -58,12 +58,15 @@ TEST(NamingClient, FindsTheServicesOfVelmod)
     EXPECT_TRUE(found("S", velmo::keys::service_manager));
     EXPECT_FALSE(found("S", "/other/ref_key_data_port_naming_service"));
     EXPECT_FALSE(found("S", "no such key"));
-    EXPECT_STREQ(vlNaming_Client::GetInstance()->isConnect("S"), velmod.naming_url().c_str());
+    EXPECT_STREQ(vlNaming_Client::GetInstance()->isConnect("S"),
+                 velmod.naming_url().c_str());
     EXPECT_EQ(create_port(look_up("S", port_key).in()), 0);
 }
 
 TEST(NamingClient, FindsServicesInOmniNames)
 {
+    if (!OmniNames::available())
+        GTEST_SKIP() << "omniNames is not installed";
     OmniNames names;
     Velmod velmod({"--naming", names.naming_url(), "--realm", "R"});
     SettingsFile settings("", {{"S", names.naming_url()}});
@@ -74,6 +77,8 @@ TEST(NamingClient, FindsServicesInOmniNames)
 
 TEST(NamingClient, ServersShareANamingServiceBelowContexts)
 {
+    if (!OmniNames::available())
+        GTEST_SKIP() << "omniNames is not installed";
     OmniNames names;
     const std::string host = "corbaname::1.2@127.0.0.1:" + std::to_string(names.port());
     Velmod alpha({"--server", "alpha", "--naming", host + "#alpha"});
@@ -89,6 +94,8 @@ TEST(NamingClient, ServersShareANamingServiceBelowContexts)
 
 TEST(NamingClient, RefusesAnObjectOfAnotherInterface)
 {
+    if (!OmniNames::available())
+        GTEST_SKIP() << "omniNames is not installed";
     Velmod velmod;
     OmniNames names;
     SettingsFile settings("", {{"S", velmod.naming_url()}, {"N", names.naming_url()}});
@@ -130,7 +137,8 @@ TEST(NamingClient, RefusedConnectionGivesNil)
 TEST(NamingClient, ListenerThatNeverAnswersCostsTheNamingTimeoutOnce)
 {
     SilentListener listener;
-    SettingsFile settings("", {{"S", naming_url(listener.port()), "naming_timeout_ms=\"300\""}});
+    SettingsFile settings(
+        "", {{"S", naming_url(listener.port()), "naming_timeout_ms=\"300\""}});
     EXPECT_FALSE(found("S"));
     const std::size_t asked = listener.connections();
     EXPECT_GE(asked, 1u);
@@ -148,7 +156,8 @@ TEST(NamingClient, ListenerThatNeverAnswersCostsTheNamingTimeoutOnce)
 TEST(NamingClient, ManyCallersOfADeadNamingServiceMakeOneConnection)
 {
     SilentListener listener;
-    SettingsFile settings("", {{"S", naming_url(listener.port()), "naming_timeout_ms=\"1000\""}});
+    SettingsFile settings(
+        "", {{"S", naming_url(listener.port()), "naming_timeout_ms=\"1000\""}});
     std::atomic<int> successes{0};
     std::vector<std::thread> callers;
     for (int i = 0; i < 8; ++i)
@@ -176,6 +185,8 @@ TEST(NamingClient, FindsARestartedServerAtTheFirstLookUp)
 
 TEST(NamingClient, FindsAServerInARestartedOmniNames)
 {
+    if (!OmniNames::available())
+        GTEST_SKIP() << "omniNames is not installed";
     OmniNames names;
     Velmod velmod({"--naming", names.naming_url()});
     SettingsFile settings("", {{"S", names.naming_url()}});
@@ -307,7 +318,8 @@ TEST(NamingClient, ServesManyThreads)
         callers.emplace_back([&, i] {
             for (int round = 0; round < 20; ++round) {
                 const bool realm = (i + round) % 2 != 0;
-                failures += !found("S", realm ? "/R/ref_key_data_port_naming_service" : port_key);
+                failures +=
+                    !found("S", realm ? "/R/ref_key_data_port_naming_service" : port_key);
                 failures += !connected("S");
             }
         });

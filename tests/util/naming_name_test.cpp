@@ -7,8 +7,7 @@
 using velmo::util::name_of_path;
 using velmo::util::NamingUrl;
 
-namespace
-{
+namespace {
 
 // "id.kind" of each part, separated by blanks.
 std::string shown(const CosNaming::Name& name)

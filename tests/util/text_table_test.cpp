@@ -13,8 +13,7 @@
 #include "tests/support/temporary_folder.h"
 #include "vl_result.h"
 
-namespace
-{
+namespace {
 
 using velmo::tests::clear_logged_lines;
 using velmo::tests::logged_lines;
@@ -113,8 +112,7 @@ TEST(Wide, ReplacesWhatIsNotUtf8)
     EXPECT_EQ(wide("\xE2\x82"), L"\uFFFD\uFFFD");
 }
 
-class TextTableTest : public testing::Test
-{
+class TextTableTest : public testing::Test {
 protected:
     void SetUp() override { clear_logged_lines(); }
 

@@ -6,8 +6,7 @@
 #include <cstdlib>
 #include <vector>
 
-namespace
-{
+namespace {
 
 // Texts are there until the very end.
 void look_up_at_exit()

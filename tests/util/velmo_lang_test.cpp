@@ -7,8 +7,7 @@
 #include "tests/support/process.h"
 #include "tests/support/temporary_folder.h"
 
-namespace
-{
+namespace {
 
 namespace fs = std::filesystem;
 
