@@ -4,6 +4,7 @@
 
 #include <ace/Guard_T.h>
 
+#include "idl/nil_references.h"
 #include "registry/exit_cleanup.h"
 #include "registry/host_name.h"
 #include "registry/process_singleton.h"
@@ -53,10 +54,13 @@ vlServerReference* find(vlReferenceContainer& registry, const char* server)
 vlServerReference& find_or_create(vlReferenceContainer& registry, const char* server)
 {
     std::lock_guard<std::mutex> guard(registry.serverMapMutex);
-    std::unique_ptr<vlServerReference>& entry = registry.serverMap[name_of(server)];
-    if (!entry)
-        entry = std::make_unique<vlServerReference>(server);
-    return *entry;
+    const Name name = name_of(server);
+    auto found = registry.serverMap.find(name);
+    if (found == registry.serverMap.end())
+        found =
+            registry.serverMap.emplace(name, std::make_unique<vlServerReference>(server))
+                .first;
+    return *found->second;
 }
 
 // A service's reference from a server's entry, which is made if need be. The lock
@@ -102,6 +106,7 @@ void release_references_at_exit()
 
 vlReferenceContainer::vlReferenceContainer() : lock(USYNC_THREAD)
 {
+    velmo::idl::make_nil_references();
     BuildSettingData();
 }
 

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "Velmo_serverC.h"
+#include "idl/nil_references.h"
 #include "idl/service_keys.h"
 #include "util/naming_session.h"
 #include "util/settings.h"
@@ -50,6 +51,7 @@ std::shared_ptr<NamingSession> session_in_use(Deadline::Milliseconds connect_tim
 {
     std::lock_guard<std::mutex> guard(state().mutex);
     if (!state().session && !state().process_ending) {
+        velmo::idl::make_nil_references();
         state().session = std::make_shared<NamingSession>(connect_timeout);
         static const int registered = std::atexit(end_at_exit);
         static_cast<void>(registered);

@@ -1,0 +1,20 @@
+// Allocations that fail when a test wants it.
+#ifndef VELMO_TESTS_API_NO_MEMORY_H
+#define VELMO_TESTS_API_NO_MEMORY_H
+
+namespace velmo::tests {
+
+// While one lives, this thread gets nothing from new (std::nothrow), with which ACE
+// makes its singletons; every other allocation succeeds. A program that contains
+// no_memory.cpp has operators new and delete of its own.
+class NoMemory {
+public:
+    NoMemory();
+    ~NoMemory();
+    NoMemory(const NoMemory&) = delete;
+    NoMemory& operator=(const NoMemory&) = delete;
+};
+
+} // namespace velmo::tests
+
+#endif

@@ -1,0 +1,88 @@
+// The exported functions where there is no memory for the library's own objects.
+
+#include <cerrno>
+
+#include "api/ErrorC.h"
+#include "api/Velmo_API_Manager.h"
+#include "registry/process_singleton.h"
+#include "tests/api/no_memory.h"
+#include "tests/support/port_service_test.h"
+
+namespace velmo::tests {
+
+namespace {
+
+template <class Call>
+auto starved(Call call)
+{
+    const NoMemory here;
+    return call();
+}
+
+// Each test wants to be the first of its process, as under ctest.
+template <class Singleton>
+bool exists()
+{
+    return ProcessSingleton<Singleton>::existing();
+}
+
+TEST(OutOfMemoryTest, without_a_registry_there_are_no_servers_and_no_references)
+{
+    if (exists<vlReferenceContainer>())
+        GTEST_SKIP() << "there is a registry already";
+    EXPECT_EQ(starved([] { return vl_get_servername("own").count; }), 0);
+    EXPECT_EQ(starved([] { return vl_create_port("port", 1, 0, nullptr, nullptr); }), 3000);
+    EXPECT_EQ(starved([] { return vl_create_port("port", 1, 0, "home", nullptr); }), 99);
+    EXPECT_EQ(starved([] { return vl_mid_connect(nullptr); }), 3000);
+    errno = 0;
+    EXPECT_EQ(starved([] { return vlReferenceContainer::instance(); }), nullptr);
+    EXPECT_EQ(errno, ENOMEM);
+}
+
+TEST(OutOfMemoryTest, without_a_table_of_codes_every_text_is_the_fallback)
+{
+    if (exists<ErrorC>())
+        GTEST_SKIP() << "there is a table already";
+    EXPECT_STREQ(starved([] { return get_error_string(0); }), L"UNKNOWN_ERROR");
+    EXPECT_STREQ(get_error_string(0), L"text of VL_OK");
+}
+
+class NoManagerTest : public PortServiceTest {
+protected:
+    void SetUp() override
+    {
+        if (exists<Velmo_API_Manager>())
+            GTEST_SKIP() << "there is a manager already";
+    }
+};
+
+TEST_F(NoManagerTest, the_two_operations_that_need_the_manager_give_2)
+{
+    EXPECT_EQ(starved([] { return vl_mid_disconnect(); }), 2);
+    EXPECT_EQ(starved([] {
+                  return vl_connect_port("from", "to", 30004, 0, "", nullptr, nullptr);
+              }),
+              2);
+    EXPECT_TRUE(ports->calls().empty());
+}
+
+TEST_F(NoManagerTest, every_other_operation_works)
+{
+    ports->answer("create_port", 5);
+    ports->answer("send_packet", 6);
+    naming.set_reachable({"home"});
+    EXPECT_EQ(starved([] { return vl_create_port("port", 1, 0, nullptr, nullptr); }), 5);
+    EXPECT_EQ(starved([] { return vl_send_packet(1, "x", 1, 0, nullptr, nullptr); }), 6);
+    EXPECT_EQ(starved([] { return vl_mid_connect(nullptr); }), 0);
+    EXPECT_EQ(starved([] { return vl_load_dt_snapshot(nullptr, nullptr); }), 0);
+}
+
+TEST_F(NoManagerTest, the_manager_is_made_as_soon_as_there_is_memory)
+{
+    EXPECT_EQ(starved([] { return vl_mid_disconnect(); }), 2);
+    EXPECT_EQ(vl_mid_disconnect(), 0);
+}
+
+} // namespace
+
+} // namespace velmo::tests

@@ -1,0 +1,1 @@
+#include "vl_result.h"
