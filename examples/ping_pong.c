@@ -7,6 +7,7 @@
  * Start "pong" and "ping" in two processes, in either order. The server is the one
  * that the settings name as this host's own; without settings, "0000" on this host.
  */
+#include <locale.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -99,6 +100,11 @@ int main(int argc, char** argv)
         return 2;
     }
 
+    /* Texts of result codes are wide characters, which printf() writes in the
+     * character set of the locale. */
+    setlocale(LC_CTYPE, "");
+    if (MB_CUR_MAX == 1)
+        setlocale(LC_CTYPE, "C.UTF-8");
     setvbuf(stdout, NULL, _IOLBF, 0); /* in step with the other process */
     int code = set_up();
     for (long i = 1; i <= count && code == VL_OK; ++i) {

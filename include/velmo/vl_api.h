@@ -106,7 +106,9 @@ VL_EXPORT int vl_releam_seq(NameList* list, const char* server_name);
 
 /* The text of a result code in the language of the user (VELMO_LANG, else the
  * locale; English otherwise), L"UNKNOWN_ERROR" for a code that has none. Never
- * NULL, never to be freed. Contacts nobody. */
+ * NULL, never to be freed. Contacts nobody. printf("%ls") writes it in the
+ * character set that setlocale() has chosen, and nothing where that has not its
+ * letters: without setlocale() in languages other than English. */
 VL_EXPORT const wchar_t* get_error_string(int code);
 
 /* Frees *p and sets it to NULL. Harmless when p or *p is NULL. */

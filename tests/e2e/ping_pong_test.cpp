@@ -34,6 +34,15 @@ TEST(PingPong, OneProcessCanBeBoth)
     EXPECT_NE(both.out().find("the reply is: pong to \"ping 1\""), std::string::npos);
 }
 
+TEST(PingPong, TellsThatThereIsNoServerInAnyLanguage)
+{
+    SettingsFile settings("local=\"S\"", {{"S", naming_url(free_port())}});
+    Process ping({PING_PONG_PATH, "ping"}, {{"VELMO_LANG", "de"}, {"LC_ALL", "C"}});
+    EXPECT_EQ(ping.wait(), 1);
+    EXPECT_EQ(ping.err().substr(0, 17), "create ping: 99 (");
+    EXPECT_EQ(ping.err().substr(ping.err().size() - 2), ")\n") << "cut at an umlaut";
+}
+
 TEST(PingPong, TellsThatThereIsNoServer)
 {
     SettingsFile settings("local=\"S\"", {{"S", naming_url(free_port())}});
