@@ -51,7 +51,6 @@ std::shared_ptr<NamingSession> session_in_use(Deadline::Milliseconds connect_tim
 {
     std::lock_guard<std::mutex> guard(state().mutex);
     if (!state().session && !state().process_ending) {
-        velmo::idl::make_nil_references();
         state().session = std::make_shared<NamingSession>(connect_timeout);
         static const int registered = std::atexit(end_at_exit);
         static_cast<void>(registered);
@@ -141,6 +140,7 @@ Narrow narrowing_for(const char* name)
 vlNaming_Client* vlNaming_Client::GetInstance()
 {
     static vlNaming_Client client;
+    velmo::idl::make_nil_references();
     return &client;
 }
 
