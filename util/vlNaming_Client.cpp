@@ -66,6 +66,19 @@ void end_session(const std::shared_ptr<NamingSession>& session)
         state().session.reset();
 }
 
+// A broker may let connecting outlast a call's own time-out, so it must not take longer
+// than any naming service may take to answer.
+Deadline::Milliseconds connect_timeout(const velmo::settings::Settings& settings)
+{
+    Deadline::Milliseconds limit = settings.connect_timeout().value;
+    for (const Server& server : settings.servers()) {
+        const Deadline::Milliseconds naming = server.naming_timeout.value;
+        if (limit.count() > 0 && naming.count() > 0)
+            limit = std::min(limit, naming);
+    }
+    return limit;
+}
+
 // Puts a question to a server's naming service, in a session with a living ORB;
 // false when there is no answer. question(session, server) tells whether it got one.
 template <class Question>
@@ -78,7 +91,7 @@ bool ask(const char* server_name, Question question)
             return false;
         for (int attempt = 1; attempt <= 2; ++attempt) {
             const std::shared_ptr<NamingSession> session =
-                session_in_use(settings->connect_timeout().value);
+                session_in_use(connect_timeout(*settings));
             if (!session)
                 return false;
             if (question(*session, *server))
