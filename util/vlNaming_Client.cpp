@@ -1,5 +1,6 @@
 #include "vlNaming_Client.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
@@ -46,12 +47,25 @@ void end_at_exit()
     vlNaming_Client::ExitInstance();
 }
 
+// A broker may let connecting outlast a call's own time-out, so it must not take longer
+// than any naming service may take to answer.
+Deadline::Milliseconds connect_timeout(const velmo::settings::Settings& settings)
+{
+    Deadline::Milliseconds limit = settings.connect_timeout().value;
+    for (const Server& server : settings.servers()) {
+        const Deadline::Milliseconds naming = server.naming_timeout.value;
+        if (limit.count() > 0 && naming.count() > 0)
+            limit = std::min(limit, naming);
+    }
+    return limit;
+}
+
 // Null at the end of the process. Throws CORBA::Exception.
-std::shared_ptr<NamingSession> session_in_use(Deadline::Milliseconds connect_timeout)
+std::shared_ptr<NamingSession> session_in_use(const velmo::settings::Settings& settings)
 {
     std::lock_guard<std::mutex> guard(state().mutex);
     if (!state().session && !state().process_ending) {
-        state().session = std::make_shared<NamingSession>(connect_timeout);
+        state().session = std::make_shared<NamingSession>(connect_timeout(settings));
         static const int registered = std::atexit(end_at_exit);
         static_cast<void>(registered);
     }
@@ -66,19 +80,6 @@ void end_session(const std::shared_ptr<NamingSession>& session)
         state().session.reset();
 }
 
-// A broker may let connecting outlast a call's own time-out, so it must not take longer
-// than any naming service may take to answer.
-Deadline::Milliseconds connect_timeout(const velmo::settings::Settings& settings)
-{
-    Deadline::Milliseconds limit = settings.connect_timeout().value;
-    for (const Server& server : settings.servers()) {
-        const Deadline::Milliseconds naming = server.naming_timeout.value;
-        if (limit.count() > 0 && naming.count() > 0)
-            limit = std::min(limit, naming);
-    }
-    return limit;
-}
-
 // Puts a question to a server's naming service, in a session with a living ORB;
 // false when there is no answer. question(session, server) tells whether it got one.
 template <class Question>
@@ -90,8 +91,7 @@ bool ask(const char* server_name, Question question)
         if (!server)
             return false;
         for (int attempt = 1; attempt <= 2; ++attempt) {
-            const std::shared_ptr<NamingSession> session =
-                session_in_use(connect_timeout(*settings));
+            const std::shared_ptr<NamingSession> session = session_in_use(*settings);
             if (!session)
                 return false;
             if (question(*session, *server))
