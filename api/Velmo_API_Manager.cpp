@@ -18,9 +18,3 @@ Velmo_API_Manager* Velmo_API_Manager::instance()
 {
     return ProcessSingleton<Velmo_API_Manager>::instance();
 }
-
-// Only points have a snapshot that is loaded on request.
-int Velmo_API_Manager::load_snapshot(const char*, const char*)
-{
-    return VL_OK;
-}

@@ -20,6 +20,28 @@ struct FailureRule {
     const char* log_text = nullptr; // logs a CORBA exception, "%s" its description
     Result no_server = NULL_SERVER_NAME;
     Result no_reference = VL_NO_REFERENCE;
+    bool keeps_reference = false; // what is thrown leaves the cached reference alone
+    bool needs_server = true;     // else a missing name goes to the registry as it is
+
+    // The same rule but for one departure.
+    constexpr FailureRule without_reference(Result result) const
+    {
+        FailureRule rule = *this;
+        rule.no_reference = result;
+        return rule;
+    }
+    constexpr FailureRule keeping_reference() const
+    {
+        FailureRule rule = *this;
+        rule.keeps_reference = true;
+        return rule;
+    }
+    constexpr FailureRule needing_no_server() const
+    {
+        FailureRule rule = *this;
+        rule.needs_server = false;
+        return rule;
+    }
 };
 
 // The rule of most operations: one code, whatever was thrown.
@@ -28,22 +50,40 @@ constexpr FailureRule<int> fails_with(int code, const char* log_text = nullptr)
     return {code, code, log_text};
 }
 
+// The rule of operations that give a string: null, whatever failed.
+constexpr FailureRule<char*> fails_with_null(const char* log_text = nullptr)
+{
+    return {nullptr, nullptr, log_text, nullptr, nullptr};
+}
+
 // Writes the log line for an exception; does nothing without a text.
 void log_failure(const char* log_text, const CORBA::Exception& exception) noexcept;
+
+// Deals with the cached reference of a service that has thrown something.
+template <class Service, class Result>
+void settle_reference(const FailureRule<Result>& rule, vlReferenceContainer& registry,
+                      const char* server, const char* releam)
+{
+    if (!rule.keeps_reference)
+        Service::release(registry, server, releam);
+    else // It is asked for once more; the duplicate stays with nobody, on purpose.
+        static_cast<void>(Service::get(registry, server, releam));
+}
 
 // Runs an operation on a service of a server (see services.h):
 //   prepare()                 makes what goes to the server; runs once the server is
 //                             chosen and before its reference is asked for
 //   work(service, prepared)   makes the remote call and hands its results over
 // A result of work is returned as it is; when work throws, the cached reference is
-// dropped, so that the next call looks it up afresh, and the rule gives the result.
-// What the registry throws in looking the reference up passes through.
+// dropped, so that the next call looks it up afresh (unless the rule keeps it), and the
+// rule gives the result. What the registry throws in looking the reference up passes
+// through.
 template <class Service, class Result, class Prepare, class Work>
 Result call(const FailureRule<Result>& rule, const char* server_name, const char* releam,
             Prepare prepare, Work work)
 {
     const char* server = choose_server(server_name);
-    if (!server)
+    if (!server && rule.needs_server)
         return rule.no_server;
     const auto prepared = prepare();
     vlReferenceContainer* registry = vlReferenceContainer::instance();
@@ -57,10 +97,10 @@ Result call(const FailureRule<Result>& rule, const char* server_name, const char
         return work(*service.in(), prepared);
     } catch (const CORBA::Exception& exception) {
         log_failure(rule.log_text, exception);
-        Service::release(*registry, server, releam);
+        settle_reference<Service>(rule, *registry, server, releam);
         return rule.broker_failure;
     } catch (...) {
-        Service::release(*registry, server, releam);
+        settle_reference<Service>(rule, *registry, server, releam);
         return rule.other_failure;
     }
 }

@@ -1,5 +1,6 @@
 #include "api/data.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -25,9 +26,9 @@ unsigned int IncomingData::length() const
     return sequence.operator->() ? sequence->length() : 0;
 }
 
-void IncomingData::copy_to(void* buffer) const
+void IncomingData::copy_to(void* buffer, unsigned int max) const
 {
-    if (const unsigned int size = length())
+    if (const unsigned int size = std::min(length(), max))
         std::memcpy(buffer, sequence->get_buffer(), size);
 }
 

@@ -30,7 +30,8 @@ public:
     Velmo::DATA_BUFFER_out out() { return sequence.out(); }
 
     unsigned int length() const;
-    void copy_to(void* buffer) const;
+    void copy_to(void* buffer) const { copy_to(buffer, length()); }
+    void copy_to(void* buffer, unsigned int max) const;
 
     // A copy in a new block of the C heap, never null even when it is empty.
     // Throws std::bad_alloc.

@@ -1,5 +1,7 @@
 #include "api/name_list.h"
 
+#include <initializer_list>
+
 #include "api/data.h"
 
 namespace velmo::api {
@@ -10,13 +12,25 @@ void clear(NameList& list)
     list.names = nullptr;
 }
 
+const Velmo::NAME_SEQ& IncomingNames::names() const
+{
+    static const Velmo::NAME_SEQ none;
+    return delivered() ? sequence.in() : none;
+}
+
 void fill(NameList& list, const Velmo::NAME_SEQ& names)
 {
-    const CORBA::ULong count = names.length();
-    list.count = count;
-    list.names = static_cast<char**>(allocate_block(sizeof(char*) * count));
-    for (CORBA::ULong i = 0; i < count; ++i)
-        list.names[i] = CORBA::string_dup(names[i]);
+    fill(list, names, Velmo::NAME_SEQ());
+}
+
+void fill(NameList& list, const Velmo::NAME_SEQ& first, const Velmo::NAME_SEQ& second)
+{
+    list.count = first.length() + second.length();
+    list.names = static_cast<char**>(allocate_block(sizeof(char*) * list.count));
+    char** next = list.names;
+    for (const Velmo::NAME_SEQ* names : {&first, &second})
+        for (CORBA::ULong i = 0; i < names->length(); ++i)
+            *next++ = CORBA::string_dup((*names)[i]);
 }
 
 } // namespace velmo::api

@@ -33,12 +33,12 @@ int Velmo_API_Manager::releam_seq(NameList* list, const char* server_name)
         return VL_OK;
     }
 
-    Velmo::NAME_SEQ_var realms;
+    velmo::api::IncomingNames realms;
     const int result = velmo::api::unless_it_throws(releam_seq_failed, [&] {
         manager->get_releam_seq(realms.out()); // its own result says nothing
         return static_cast<int>(VL_OK);
     });
-    if (result == VL_OK && realms.operator->())
-        velmo::api::fill(*list, realms.in());
+    if (result == VL_OK && realms.delivered())
+        velmo::api::fill(*list, realms.names());
     return result;
 }

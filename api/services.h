@@ -22,6 +22,51 @@ struct PortService {
     }
 };
 
+struct PointService {
+    using Interface = Velmo::DT_POINT_SVC::DT_Point_Factory;
+
+    static Interface::_ptr_type get(vlReferenceContainer& registry, const char* server,
+                                    const char* releam)
+    {
+        return registry.GetDptReferenceWithServerName(server, releam);
+    }
+    static void release(vlReferenceContainer& registry, const char* server,
+                        const char* releam)
+    {
+        registry.ReleaseDtpReference(server, releam);
+    }
+};
+
+struct TemplateService {
+    using Interface = Velmo::SYSTEM_SVC::DT_manager;
+
+    static Interface::_ptr_type get(vlReferenceContainer& registry, const char* server,
+                                    const char* releam)
+    {
+        return registry.GetDtRefrenceWithServerName(server, releam);
+    }
+    static void release(vlReferenceContainer& registry, const char* server,
+                        const char* releam)
+    {
+        registry.ReleaseDtReference(server, releam);
+    }
+};
+
+struct ContentionService {
+    using Interface = Velmo::HEART_BIT::contender_server;
+
+    static Interface::_ptr_type get(vlReferenceContainer& registry, const char* server,
+                                    const char* releam)
+    {
+        return registry.GetContenerReferenceWithServerName(server, releam);
+    }
+    static void release(vlReferenceContainer& registry, const char* server,
+                        const char* releam)
+    {
+        registry.ReleaseContenterReference(server, releam);
+    }
+};
+
 } // namespace velmo::api
 
 #endif

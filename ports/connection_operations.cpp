@@ -1,10 +1,11 @@
-// Creating, connecting and disconnecting ports.
+// Creating, connecting and disconnecting ports, and how they deliver.
 
 #include "api/Velmo_API_Manager.h"
 #include "api/call_frame.h"
 #include "api/services.h"
 
 using velmo::api::call;
+using velmo::api::fails_with;
 using velmo::api::FailureRule;
 using velmo::api::PortService;
 using velmo::orb::text;
@@ -50,4 +51,13 @@ int Velmo_API_Manager::disconenct_port(unsigned int port, const char* server_nam
     static constexpr FailureRule<int> rule{112, 111, "disconnect_port M/W Error %s"};
     return call<PortService>(rule, server_name, releam,
                              [&](auto& ports) { return ports.disconnect_port(port); });
+}
+
+int Velmo_API_Manager::enableCopy(const char* object, unsigned int enable,
+                                  const char* server_name, const char* releam)
+{
+    static constexpr auto rule = fails_with(112);
+    return call<PortService>(rule, server_name, releam, [&](auto& ports) {
+        return ports.enable_copy(text(object), enable);
+    });
 }

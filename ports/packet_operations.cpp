@@ -42,6 +42,18 @@ int Velmo_API_Manager::send_packet(unsigned int port, const void* data, int leng
     });
 }
 
+int Velmo_API_Manager::send_packet_to_front(unsigned int port, const void* data, int length,
+                                            unsigned int option, const char* server_name,
+                                            const char* releam)
+{
+    static constexpr auto rule = fails_with(154);
+    return call<PortService>(rule, server_name, releam, [&](auto& ports) -> int {
+        const OutgoingData packet(data, length);
+        return packet.good() ? ports.send_packet_to_front(port, packet.sequence(), option)
+                             : rule.other_failure;
+    });
+}
+
 int Velmo_API_Manager::receive_packet(unsigned int port, void* from, void* buffer,
                                       unsigned int size, unsigned int option,
                                       const char* server_name, const char* releam)
@@ -96,6 +108,25 @@ int Velmo_API_Manager::reply_packet(unsigned int port, const void* data, int len
             return reply.good() ? ports.reply_packet(port, reply.sequence(), option)
                                 : rule.other_failure;
         });
+}
+
+int Velmo_API_Manager::receive_reply(unsigned int port, void* buffer, unsigned int size,
+                                     unsigned int option, const char* server_name,
+                                     const char* releam)
+{
+    static constexpr auto rule = fails_with(127);
+    return call<PortService>(rule, server_name, releam, [&](auto& ports) -> int {
+        if (!buffer)
+            return rule.other_failure;
+        IncomingData received;
+        const int result = ports.receive_reply(port, received.out(), option);
+        if (result != VL_OK)
+            return result;
+        if (received.length() != size)
+            return PARAMETER_NOT_MATCH;
+        received.copy_to(buffer);
+        return VL_OK;
+    });
 }
 
 int Velmo_API_Manager::receive_reply2(unsigned int port, void** data, unsigned int* length,
