@@ -8,7 +8,7 @@ if(VELMO_SANITIZE)
   target_link_options(velmo_build_mode INTERFACE -fsanitize=${VELMO_SANITIZE})
 endif()
 if(VELMO_COVERAGE)
-  target_compile_options(velmo_build_mode INTERFACE --coverage)
+  target_compile_options(velmo_build_mode INTERFACE --coverage -fprofile-update=atomic) # threads count too
   target_link_options(velmo_build_mode INTERFACE --coverage)
 endif()
 
@@ -30,7 +30,10 @@ endfunction()
 function(velmo_shared_library target)
   add_library(${target} SHARED ${ARGN})
   set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
-  target_link_options(${target} PRIVATE -Wl,-z,nodelete -Wl,-z,defs)
+  target_link_options(${target} PRIVATE -Wl,-z,nodelete)
+  if(NOT VELMO_SANITIZE) # whose symbols some compilers leave to the program
+    target_link_options(${target} PRIVATE -Wl,-z,defs)
+  endif()
 endfunction()
 
 # velmo_export_only(TARGET MAP): exports what a linker version script lists.

@@ -7,7 +7,7 @@
 #include "orb/client.h"
 #include "tests/api/port_operations.h"
 #include "tests/orb/live_references.h"
-#include "tests/support/port_service_test.h"
+#include "tests/support/server_test.h"
 
 namespace velmo::tests {
 
@@ -18,7 +18,7 @@ using Lines = std::vector<std::string>;
 
 const std::string port_key = "ref_key_data_port_naming_service";
 
-class CallFrameTest : public PortServiceTest,
+class CallFrameTest : public ServerTest,
                       public ::testing::WithParamInterface<PortOperation> {
 protected:
     int call(const char* server = nullptr, const char* realm = nullptr)
@@ -29,16 +29,16 @@ protected:
     // The remote operation brings these five bytes, where it brings any.
     void answer(int result)
     {
-        ports->answer(GetParam().remote, [result] {
-            return PortServant::Reply{result, "hello"};
+        home->answer(GetParam().remote, [result] {
+            return Script::Reply{result, "hello"};
         });
     }
 
     template <class Exception>
     void raise(const Exception& exception)
     {
-        ports->answer(GetParam().remote,
-                      [exception]() -> PortServant::Reply { throw exception; });
+        home->answer(GetParam().remote,
+                     [exception]() -> Script::Reply { throw exception; });
     }
 
     // The log after one failed call.
@@ -65,7 +65,7 @@ TEST_P(CallFrameTest, an_empty_name_without_default_server_goes_on_as_the_server
     set_own_servers({""});
     EXPECT_EQ(call(""), 99);
     EXPECT_EQ(naming.lookups(), (Lookups{{"", port_key}}));
-    offer("");
+    home.bind("");
     answer(0);
     EXPECT_EQ(call(""), 0);
 }
@@ -73,7 +73,7 @@ TEST_P(CallFrameTest, an_empty_name_without_default_server_goes_on_as_the_server
 TEST_P(CallFrameTest, no_name_and_an_empty_name_mean_the_first_own_server)
 {
     set_own_servers({"first", "second"});
-    offer("first");
+    home.bind("first");
     answer(0);
     EXPECT_EQ(call(nullptr), 0);
     EXPECT_EQ(call(""), 0);
@@ -83,7 +83,7 @@ TEST_P(CallFrameTest, no_name_and_an_empty_name_mean_the_first_own_server)
 TEST_P(CallFrameTest, settings_without_an_own_server_mean_the_server_0000)
 {
     set_own_servers({});
-    offer("0000");
+    home.bind("0000");
     answer(0);
     EXPECT_EQ(call(nullptr), 0);
     EXPECT_EQ(naming.lookups(), (Lookups{{"0000", port_key}}));
@@ -91,7 +91,7 @@ TEST_P(CallFrameTest, settings_without_an_own_server_mean_the_server_0000)
 
 TEST_P(CallFrameTest, a_named_server_and_realm_are_taken_unchanged)
 {
-    offer(" another ", "Alpha/B");
+    home.bind(" another ", "Alpha/B");
     answer(0);
     EXPECT_EQ(call(" another ", "Alpha/B"), 0);
     EXPECT_EQ(naming.lookups(), (Lookups{{" another ", "/Alpha/B/" + port_key}}));
@@ -138,8 +138,8 @@ TEST_P(CallFrameTest, a_failure_drops_the_reference_of_its_server_and_realm_alon
     const char* const others[][2] = {
         {"home", nullptr}, {"home", "beta"}, {"other", "alpha"}};
     for (const auto& [server, realm] : others)
-        offer(server, realm ? realm : "");
-    offer("home", "alpha");
+        home.bind(server, realm ? realm : "");
+    home.bind("home", "alpha");
     answer(0);
     for (const auto& [server, realm] : others)
         EXPECT_EQ(call(server, realm), 0);
@@ -183,7 +183,7 @@ TEST_P(CallFrameTest, leaves_no_reference_behind)
 {
     if (!references_can_be_counted())
         GTEST_SKIP() << "this broker does not let references be counted";
-    const CORBA::Object_var object = ports.reference();
+    const CORBA::Object_var object = home.reference(keys::port_service);
     const CORBA::String_var ior = test_orb()->object_to_string(object.in());
     naming.resolve_with(
         [text = std::string(ior.in())](const std::string&, const std::string&) {

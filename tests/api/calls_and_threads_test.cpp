@@ -4,20 +4,20 @@
 #include <optional>
 
 #include "tests/support/gate.h"
-#include "tests/support/port_service_test.h"
+#include "tests/support/server_test.h"
 
 namespace velmo::tests {
 
 namespace {
 
-class CallsAndThreadsTest : public PortServiceTest {};
+class CallsAndThreadsTest : public ServerTest {};
 
 TEST_F(CallsAndThreadsTest, remote_calls_of_different_threads_run_at_the_same_time)
 {
     Gate gate;
-    ports->answer("send_packet", [&gate] {
+    home->answer("send_packet", [&gate] {
         gate.pass();
-        return PortServant::Reply{};
+        return Script::Reply{};
     });
     const auto send = [] { return vl_send_packet(1, "x", 1, 0, nullptr, nullptr); };
     auto first = std::async(std::launch::async, send);
@@ -55,12 +55,12 @@ TEST_F(CallsAndThreadsTest, without_a_reference_nothing_is_dropped)
 TEST_F(CallsAndThreadsTest, a_service_that_was_restarted_costs_one_failed_call)
 {
     std::optional<Published<PortServant>> server(std::in_place);
-    (*server)->answer("create_port", 0);
+    (*server)->script().answer("create_port", 0);
     naming.bind("home", keys::port_service, server->reference().in());
     EXPECT_EQ(vl_create_port("port", 1, 0, nullptr, nullptr), 0);
 
     server.emplace();
-    (*server)->answer("create_port", 2014);
+    (*server)->script().answer("create_port", 2014);
     naming.bind("home", keys::port_service, server->reference().in());
     EXPECT_EQ(vl_create_port("port", 1, 0, nullptr, nullptr), 112);
     EXPECT_EQ(vl_create_port("port", 1, 0, nullptr, nullptr), 2014);
@@ -70,11 +70,13 @@ TEST_F(CallsAndThreadsTest, a_service_that_was_restarted_costs_one_failed_call)
 TEST_F(CallsAndThreadsTest, threads_share_the_exports)
 {
     for (const char* operation : {"create_port", "send_packet", "reply_packet"})
-        ports->answer(operation, 0);
+        home->answer(operation, 0);
     for (const char* operation : {"receive_packet", "receive_reply"})
-        ports->answer(operation, [] { return PortServant::Reply{0, "hello"}; });
-    ports->answer("disconnect_port",
-                  []() -> PortServant::Reply { throw CORBA::TRANSIENT(); });
+        home->answer(operation, [] { return Script::Reply{0, "hello"}; });
+    home->answer("disconnect_port", []() -> Script::Reply { throw CORBA::TRANSIENT(); });
+    Reply alpha;
+    alpha.names = {"alpha"};
+    home->answer("get_releam_seq", alpha);
     naming.set_reachable({"home"});
 
     const auto work = [] {

@@ -6,7 +6,7 @@
 #include "api/Velmo_API_Manager.h"
 #include "registry/process_singleton.h"
 #include "tests/api/no_memory.h"
-#include "tests/support/port_service_test.h"
+#include "tests/support/server_test.h"
 
 namespace velmo::tests {
 
@@ -47,7 +47,7 @@ TEST(OutOfMemoryTest, without_a_table_of_codes_every_text_is_the_fallback)
     EXPECT_STREQ(get_error_string(0), L"text of VL_OK");
 }
 
-class NoManagerTest : public PortServiceTest {
+class NoManagerTest : public ServerTest {
 protected:
     void SetUp() override
     {
@@ -63,13 +63,13 @@ TEST_F(NoManagerTest, the_two_operations_that_need_the_manager_give_2)
                   return vl_connect_port("from", "to", 30004, 0, "", nullptr, nullptr);
               }),
               2);
-    EXPECT_TRUE(ports->calls().empty());
+    EXPECT_TRUE(home->calls().empty());
 }
 
 TEST_F(NoManagerTest, every_other_operation_works)
 {
-    ports->answer("create_port", 5);
-    ports->answer("send_packet", 6);
+    home->answer("create_port", 5);
+    home->answer("send_packet", 6);
     naming.set_reachable({"home"});
     EXPECT_EQ(starved([] { return vl_create_port("port", 1, 0, nullptr, nullptr); }), 5);
     EXPECT_EQ(starved([] { return vl_send_packet(1, "x", 1, 0, nullptr, nullptr); }), 6);

@@ -14,7 +14,6 @@ namespace velmo::tests {
 namespace {
 
 using Names = std::vector<std::string>;
-using Realms = ServiceManagerServant::Realms;
 
 // The default server "home" has a service manager.
 class RealmListTest : public LibraryTest {
@@ -28,7 +27,9 @@ protected:
 
     void answer(Names names, CORBA::Long result = 0)
     {
-        manager->realms = [=] { return Realms{result, names}; };
+        Script::Reply reply{result};
+        reply.names = names;
+        manager->script().answer("get_releam_seq", reply);
     }
 
     Names names() const { return Names(list.names, list.names + list.count); }
@@ -91,7 +92,9 @@ TEST_F(RealmListTest, of_a_server_without_realms_is_empty)
 
 TEST_F(RealmListTest, from_a_service_manager_that_delivers_no_list_is_empty)
 {
-    manager->realms = [] { return Realms{}; };
+    Script::Reply nothing;
+    nothing.names.reset();
+    manager->script().answer("get_releam_seq", nothing);
     dirty();
     EXPECT_EQ(vl_releam_seq(&list, "home"), 0);
     expect_empty();
@@ -106,7 +109,7 @@ TEST_F(RealmListTest, ignores_the_service_managers_own_result)
 
 TEST_F(RealmListTest, of_a_failed_call_is_empty_with_137_and_no_log_line)
 {
-    manager->realms = []() -> Realms { throw CORBA::COMM_FAILURE(); };
+    manager->script().answer("get_releam_seq", Script::raising(CORBA::COMM_FAILURE()));
     dirty();
     EXPECT_EQ(vl_releam_seq(&list, "home"), 137);
     expect_empty();

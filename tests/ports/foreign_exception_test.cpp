@@ -3,38 +3,26 @@
 #include "tests/orb/foreign_exception.h"
 
 #include "tests/api/port_operations.h"
-#include "tests/support/service_host.h"
-#include "tests/support/port_service_test.h"
+#include "tests/support/server_test.h"
 
 namespace velmo::tests {
 
 namespace {
 
-// The services of "home" are in another process.
-class ForeignExceptionTest : public PortServiceTest {
+// As if the services of "home" were in another process.
+class ForeignExceptionTest : public ServerTest {
 protected:
-    ForeignExceptionTest() : host(VELMO_TEST_SERVICE_HOST)
+    ForeignExceptionTest() : ServerTest(ScriptedServer::Reach::over_the_wire)
     {
-        naming.bind("home", keys::port_service, reference(host.ports()).in());
-        naming.bind("home", keys::service_manager, reference(host.manager()).in());
+        for (const PortOperation& operation : port_operations)
+            home->answer(operation.remote, Reply{0, "hello"});
+        home->answer("register_port_host", 0);
+        Reply realms;
+        realms.names = {"alpha"};
+        home->answer("get_releam_seq", realms);
         // The broker asks before a first call whether the object is there.
-        EXPECT_TRUE(next_remote_call_looks_up());
+        EXPECT_TRUE(next_call_looks_up());
     }
-
-    static CORBA::Object_var reference(const std::string& ior)
-    {
-        return CORBA::Object_var(test_orb()->string_to_object(ior.c_str()));
-    }
-
-    // As next_call_looks_up(), whatever the servant of this process answers.
-    bool next_remote_call_looks_up()
-    {
-        const std::size_t before = naming.lookups().size();
-        EXPECT_EQ(vl_disconenct_port(1, nullptr, nullptr), VL_OK);
-        return naming.lookups().size() > before;
-    }
-
-    ServiceHost host;
 };
 
 class ForeignExceptionInTest : public ForeignExceptionTest,
@@ -59,7 +47,7 @@ TEST_P(ForeignExceptionInTest, drops_the_cached_reference)
         const ForeignException exception(GetParam().remote);
         EXPECT_EQ(GetParam().call(nullptr, nullptr), GetParam().other_failure);
     }
-    EXPECT_TRUE(next_remote_call_looks_up());
+    EXPECT_TRUE(next_call_looks_up());
     EXPECT_EQ(GetParam().call(nullptr, nullptr), 0);
 }
 
@@ -86,7 +74,7 @@ TEST_F(ForeignExceptionTest,
         EXPECT_EQ(vl_connect_port("from", "to", 30004, 0, "", nullptr, nullptr), 0);
     }
     EXPECT_TRUE(logged_lines().empty());
-    EXPECT_FALSE(next_remote_call_looks_up());
+    EXPECT_FALSE(next_call_looks_up());
 }
 
 } // namespace

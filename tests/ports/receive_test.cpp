@@ -6,25 +6,25 @@
 #include <new>
 
 #include "tests/support/intended_leak.h"
-#include "tests/support/port_service_test.h"
+#include "tests/support/server_test.h"
 
 namespace velmo::tests {
 
 namespace {
 
 using Calls = std::vector<std::string>;
-using Reply = PortServant::Reply;
+using Reply = Script::Reply;
 
 [[noreturn]] Reply lose_connection()
 {
     throw CORBA::COMM_FAILURE();
 }
 
-class ReceivePacketTest : public PortServiceTest {
+class ReceivePacketTest : public ServerTest {
 protected:
     void deliver(const Reply& reply)
     {
-        ports->answer("receive_packet", [reply] { return reply; });
+        home->answer("receive_packet", [reply] { return reply; });
     }
 
     int receive(unsigned int size, void* from = nullptr)
@@ -51,8 +51,8 @@ TEST_F(ReceivePacketTest, asks_with_handle_sender_and_option_unchanged)
     EXPECT_EQ(receive(5), 2002);
     EXPECT_EQ(receive(5, reinterpret_cast<void*>(std::uintptr_t{12})), 2002);
     EXPECT_EQ(receive(5, reinterpret_cast<void*>(UINTPTR_MAX)), 2002);
-    EXPECT_EQ(ports->calls(), (Calls{"receive_packet(7, 0, 3)", "receive_packet(7, 12, 3)",
-                                     "receive_packet(7, 18446744073709551615, 3)"}));
+    EXPECT_EQ(home->calls(), (Calls{"receive_packet(7, 0, 3)", "receive_packet(7, 12, 3)",
+                                    "receive_packet(7, 18446744073709551615, 3)"}));
 }
 
 // Data of another size stay allocated, in this operation alone.
@@ -62,7 +62,7 @@ TEST_F(ReceivePacketTest, with_a_size_one_byte_larger_gives_2012_and_copies_noth
     const IntendedLeak the_packet;
     EXPECT_EQ(receive(6), 2012);
     EXPECT_EQ(received(), untouched);
-    EXPECT_EQ(ports->calls().size(), 1u);
+    EXPECT_EQ(home->calls().size(), 1u);
 }
 
 TEST_F(ReceivePacketTest, with_a_size_one_byte_smaller_gives_2012_and_copies_nothing)
@@ -94,7 +94,7 @@ TEST_F(ReceivePacketTest, that_fails_remotely_leaves_the_buffer)
     deliver({2002, "hello"});
     EXPECT_EQ(receive(5), 2002);
     EXPECT_EQ(received(), untouched);
-    ports->answer("receive_packet", lose_connection);
+    home->answer("receive_packet", lose_connection);
     EXPECT_EQ(receive(5), 123);
     EXPECT_EQ(received(), untouched);
 }
@@ -113,7 +113,7 @@ TEST_F(ReceivePacketTest, into_null_is_refused_before_any_call)
     EXPECT_EQ(receive(0), 0); // has the reference cached
     for (const unsigned int size : {0u, 5u})
         EXPECT_EQ(vl_receive_packet(7, nullptr, nullptr, size, 0, nullptr, nullptr), 123);
-    EXPECT_EQ(ports->calls().size(), 1u);
+    EXPECT_EQ(home->calls().size(), 1u);
     EXPECT_TRUE(logged_lines().empty());
     EXPECT_FALSE(next_call_looks_up());
 }
@@ -130,7 +130,7 @@ void PrintTo(const Receiving& receiving, std::ostream* out)
     *out << receiving.remote;
 }
 
-class ReceiveBlockTest : public PortServiceTest,
+class ReceiveBlockTest : public ServerTest,
                          public ::testing::WithParamInterface<Receiving> {
 protected:
     ~ReceiveBlockTest() override
@@ -141,7 +141,7 @@ protected:
 
     void deliver(const Reply& reply)
     {
-        ports->answer(GetParam().remote, [reply] { return reply; });
+        home->answer(GetParam().remote, [reply] { return reply; });
     }
 
     int receive() { return GetParam().receive(&data, &length); }
@@ -229,22 +229,22 @@ TEST_P(ReceiveBlockTest, into_null_is_refused_before_any_call)
     EXPECT_EQ(GetParam().receive(nullptr, &length), GetParam().failure);
     EXPECT_EQ(GetParam().receive(&data, nullptr), GetParam().failure);
     EXPECT_EQ(GetParam().receive(nullptr, nullptr), GetParam().failure);
-    EXPECT_EQ(ports->calls().size(), 1u);
+    EXPECT_EQ(home->calls().size(), 1u);
     EXPECT_TRUE(logged_lines().empty());
     EXPECT_FALSE(next_call_looks_up());
 }
 
-class ReceivePacketvTest : public PortServiceTest {};
+class ReceivePacketvTest : public ServerTest {};
 
 TEST_F(ReceivePacketvTest, asks_with_handle_sender_and_option_unchanged)
 {
-    ports->answer("receive_packet", 2002);
+    home->answer("receive_packet", 2002);
     void* data = nullptr;
     unsigned int length = 0;
     void* const sender = reinterpret_cast<void*>(UINTPTR_MAX);
     EXPECT_EQ(vl_receive_packetv(8, sender, &data, &length, 0xFFFFFFFFu, nullptr, nullptr),
               2002);
-    EXPECT_EQ(ports->calls(), Calls{"receive_packet(8, 18446744073709551615, 4294967295)"});
+    EXPECT_EQ(home->calls(), Calls{"receive_packet(8, 18446744073709551615, 4294967295)"});
 }
 
 TEST_F(ReceivePacketvTest, that_fails_remotely_leaves_null_and_length_0)
@@ -255,7 +255,7 @@ TEST_F(ReceivePacketvTest, that_fails_remotely_leaves_null_and_length_0)
                                                },
                                                lose_connection};
     for (const auto& failure : failures) {
-        ports->answer("receive_packet", failure);
+        home->answer("receive_packet", failure);
         void* data = &stale;
         unsigned int length = 77;
         EXPECT_NE(receive_packetv(&data, &length), 0);
@@ -264,15 +264,15 @@ TEST_F(ReceivePacketvTest, that_fails_remotely_leaves_null_and_length_0)
     }
 }
 
-class ReceiveReply2Test : public PortServiceTest {};
+class ReceiveReply2Test : public ServerTest {};
 
 TEST_F(ReceiveReply2Test, asks_with_handle_and_option_unchanged)
 {
-    ports->answer("receive_reply", 2016);
+    home->answer("receive_reply", 2016);
     void* data = nullptr;
     unsigned int length = 0;
     EXPECT_EQ(vl_receive_reply2(8, &data, &length, 0xFFFFFFFFu, nullptr, nullptr), 2016);
-    EXPECT_EQ(ports->calls(), Calls{"receive_reply(8, 4294967295)"});
+    EXPECT_EQ(home->calls(), Calls{"receive_reply(8, 4294967295)"});
 }
 
 TEST_F(ReceiveReply2Test, that_fails_remotely_leaves_both_as_they_were)
@@ -283,7 +283,7 @@ TEST_F(ReceiveReply2Test, that_fails_remotely_leaves_both_as_they_were)
                                                },
                                                lose_connection};
     for (const auto& failure : failures) {
-        ports->answer("receive_reply", failure);
+        home->answer("receive_reply", failure);
         void* data = &stale;
         unsigned int length = 77;
         EXPECT_NE(receive_reply2(&data, &length), 0);

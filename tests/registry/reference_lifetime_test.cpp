@@ -64,7 +64,7 @@ TEST_F(ReferenceLifetimeTest, every_duplicate_is_the_callers_to_release)
 
 TEST_F(ReferenceLifetimeTest, a_reference_handed_out_outlives_the_release_of_the_cached_one)
 {
-    ports->answer("create_port", 5);
+    ports->script().answer("create_port", 5);
     Port_Factory_var mine = registry.GetPortReferenceWithServerName("server", nullptr);
     registry.ReleasePortReference("server", nullptr);
     registry.releaseAllReference("server");

@@ -12,16 +12,10 @@ namespace velmo::tests {
 
 namespace {
 
-void check(bool good, const char* what)
-{
-    if (!good)
-        throw std::system_error(errno, std::generic_category(), what);
-}
-
 Descriptor stream_socket()
 {
     Descriptor result(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    check(result.get() >= 0, "socket");
+    check_system_call(result.get() >= 0, "socket");
     return result;
 }
 
@@ -36,16 +30,36 @@ sockaddr_in loopback(std::uint16_t port)
 
 } // namespace
 
-SilentListener::SilentListener() : socket(stream_socket())
+void check_system_call(bool good, const char* what)
 {
+    if (!good)
+        throw std::system_error(errno, std::generic_category(), what);
+}
+
+Descriptor listening_socket(std::uint16_t& port)
+{
+    Descriptor result = stream_socket();
     sockaddr_in address = loopback(0);
     auto* generic = reinterpret_cast<sockaddr*>(&address);
     socklen_t length = sizeof address;
-    check(bind(socket.get(), generic, length) == 0, "bind");
-    check(listen(socket.get(), 16) == 0, "listen");
-    check(getsockname(socket.get(), generic, &length) == 0, "getsockname");
-    number = ntohs(address.sin_port);
+    check_system_call(bind(result.get(), generic, length) == 0, "bind");
+    check_system_call(listen(result.get(), 16) == 0, "listen");
+    check_system_call(getsockname(result.get(), generic, &length) == 0, "getsockname");
+    port = ntohs(address.sin_port);
+    return result;
 }
+
+Descriptor connected_socket(std::uint16_t port)
+{
+    Descriptor result = stream_socket();
+    const sockaddr_in address = loopback(port);
+    if (connect(result.get(), reinterpret_cast<const sockaddr*>(&address),
+                sizeof address) != 0)
+        result.reset();
+    return result;
+}
+
+SilentListener::SilentListener() : socket(listening_socket(number)) {}
 
 std::size_t SilentListener::connections()
 {
@@ -62,10 +76,7 @@ std::uint16_t free_port()
 
 bool somebody_listens(std::uint16_t port)
 {
-    const Descriptor probe = stream_socket();
-    const sockaddr_in address = loopback(port);
-    return connect(probe.get(), reinterpret_cast<const sockaddr*>(&address),
-                   sizeof address) == 0;
+    return connected_socket(port).get() >= 0;
 }
 
 std::string naming_url(std::uint16_t port)

@@ -10,6 +10,15 @@
 
 namespace velmo::tests {
 
+// Throws std::system_error when a system call was not good.
+void check_system_call(bool good, const char* what);
+
+// A socket that listens on a free port of 127.0.0.1. Throws std::system_error.
+Descriptor listening_socket(std::uint16_t& port);
+
+// A socket connected to that port of 127.0.0.1, or not open when nobody listens.
+Descriptor connected_socket(std::uint16_t port);
+
 // A listening socket on a free port of 127.0.0.1. It accepts connections as far
 // as the kernel does so by itself, and never answers.
 class SilentListener {
@@ -21,8 +30,8 @@ public:
     std::size_t connections();
 
 private:
+    std::uint16_t number = 0;
     Descriptor socket;
-    std::uint16_t number;
     std::vector<Descriptor> accepted;
 };
 

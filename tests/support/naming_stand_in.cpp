@@ -45,6 +45,12 @@ void NamingStandIn::bind(const std::string& server, const std::string& name,
     bound[Lookup(server, name)] = CORBA::Object::_duplicate(object);
 }
 
+void NamingStandIn::unbind(const std::string& server, const std::string& name)
+{
+    std::lock_guard<std::mutex> guard(mutex);
+    bound.erase(Lookup(server, name));
+}
+
 void NamingStandIn::resolve_with(Resolver new_resolver)
 {
     std::lock_guard<std::mutex> guard(mutex);

@@ -29,6 +29,7 @@ public:
     void reset();
 
     void bind(const std::string& server, const std::string& name, CORBA::Object_ptr object);
+    void unbind(const std::string& server, const std::string& name);
 
     // Answers every look-up from now on; may throw, and may keep the caller waiting.
     void resolve_with(Resolver resolver);

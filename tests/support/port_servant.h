@@ -2,38 +2,18 @@
 #ifndef VELMO_TESTS_SUPPORT_PORT_SERVANT_H
 #define VELMO_TESTS_SUPPORT_PORT_SERVANT_H
 
-#include <functional>
-#include <map>
-#include <mutex>
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "orb/server.h"
 #include "orb/skeletons.h"
+#include "tests/support/script.h"
 
 namespace velmo::tests {
 
-// An operation without an answer raises NO_IMPLEMENT. Safe from any thread.
+// Answers what its script says.
 class PortServant : public virtual POA_Velmo::DT_PORT_SVC::Port_Factory,
-                    public virtual orb::ServantBase {
+                    public virtual orb::ServantBase,
+                    public Scripted {
 public:
-    struct Reply {
-        CORBA::Long result = 0;
-        // What a receive brings, beside its result; nothing at all is allowed only
-        // for callers in this process.
-        std::optional<std::string> data = "";
-    };
-    // May throw, and may keep the caller waiting.
-    using Answer = std::function<Reply()>;
-
-    // How the operation of that name answers from now on.
-    void answer(const std::string& operation, Answer answer);
-    void answer(const std::string& operation, CORBA::Long result);
-
-    // The calls so far with their arguments, such as: send_packet(7, "hello", 0).
-    // A NULL string shows as null.
-    std::vector<std::string> calls() const;
+    using Scripted::Scripted;
 
     CORBA::Long connect_port(const char* from_name, const char* to_name, CORBA::ULong mode,
                              CORBA::ULong flags, const char* remark) override;
@@ -65,13 +45,6 @@ public:
     CORBA::Long make_port_snapshot() override;
     CORBA::Long load_port_snapshot() override;
     CORBA::Long enable_copy(const char* port_name, CORBA::ULong enable) override;
-
-private:
-    Reply reply_to(const std::string& operation, const std::string& arguments);
-
-    mutable std::mutex mutex;
-    std::map<std::string, Answer> answers;
-    std::vector<std::string> recorded;
 };
 
 } // namespace velmo::tests

@@ -1,21 +1,19 @@
-// Servants of the services beside the ports: for tests of how they are found. All of
-// their operations raise NO_IMPLEMENT, unless a test decides otherwise.
+// The services beside the ports, whose every answer a test decides.
 #ifndef VELMO_TESTS_SUPPORT_SERVICE_SERVANTS_H
 #define VELMO_TESTS_SUPPORT_SERVICE_SERVANTS_H
 
-#include <functional>
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "orb/server.h"
 #include "orb/skeletons.h"
+#include "tests/support/script.h"
 
 namespace velmo::tests {
 
 class PointServant : public virtual POA_Velmo::DT_POINT_SVC::DT_Point_Factory,
-                     public virtual orb::ServantBase {
+                     public virtual orb::ServantBase,
+                     public Scripted {
 public:
+    using Scripted::Scripted;
+
     CORBA::Long create_DTP(const char* point_name, const char* template_name) override;
     CORBA::Long create_set(const char* set_name, const char* template_name,
                            const Velmo::DATA_BUFFER& data) override;
@@ -38,15 +36,21 @@ public:
 };
 
 class TemplateServant : public virtual POA_Velmo::SYSTEM_SVC::DT_manager,
-                        public virtual orb::ServantBase {
+                        public virtual orb::ServantBase,
+                        public Scripted {
 public:
+    using Scripted::Scripted;
+
     CORBA::Long get_query_data_type(Velmo::NAME_SEQ_out type_names) override;
     CORBA::Long make_DT_snapshot() override;
 };
 
 class ContentionServant : public virtual POA_Velmo::HEART_BIT::contender_server,
-                          public virtual orb::ServantBase {
+                          public virtual orb::ServantBase,
+                          public Scripted {
 public:
+    using Scripted::Scripted;
+
     CORBA::Long out_contend(const char* group, const char* contender) override;
     CORBA::Long regist_contender(const char* group, const char* contender,
                                  const Velmo::DATA_BUFFER& data, const char* role,
@@ -55,16 +59,10 @@ public:
 };
 
 class ServiceManagerServant : public virtual POA_Velmo::VelmoServiceManager,
-                              public virtual orb::ServantBase {
+                              public virtual orb::ServantBase,
+                              public Scripted {
 public:
-    struct Realms {
-        CORBA::Long result = 0;
-        // None at all is allowed only for callers in this process.
-        std::optional<std::vector<std::string>> names;
-    };
-
-    // The answer to get_releam_seq(); may throw. To be set before any call.
-    std::function<Realms()> realms;
+    using Scripted::Scripted;
 
     CORBA::Long get_releam_seq(Velmo::NAME_SEQ_out names) override;
 };
