@@ -1,5 +1,7 @@
 #include "vl_api.h"
 
+#include "tests/api/record_layouts.h"
+
 /* The header in use, as a C program has it. */
 extern int vl_api_from_c(ConnectionList* list);
 

@@ -1,1 +1,3 @@
 #include "vl_api.h"
+
+#include "tests/api/record_layouts.h"
