@@ -1,6 +1,8 @@
 #include "api/name_list.h"
 
+#include <climits>
 #include <initializer_list>
+#include <new>
 
 #include "api/data.h"
 
@@ -26,11 +28,16 @@ void fill(NameList& list, const Velmo::NAME_SEQ& names)
 void fill(NameList& list, const Velmo::NAME_SEQ& first, const Velmo::NAME_SEQ& second)
 {
     list.count = first.length() + second.length();
+    if (list.count > INT_MAX) // more than a signed count holds
+        throw std::bad_alloc();
     list.names = static_cast<char**>(allocate_block(sizeof(char*) * list.count));
     char** next = list.names;
     for (const Velmo::NAME_SEQ* names : {&first, &second})
-        for (CORBA::ULong i = 0; i < names->length(); ++i)
-            *next++ = CORBA::string_dup((*names)[i]);
+        for (CORBA::ULong i = 0; i < names->length(); ++i) {
+            *next = CORBA::string_dup((*names)[i]);
+            if (!*next++) // how some brokers say that there is no memory
+                throw std::bad_alloc();
+        }
 }
 
 } // namespace velmo::api

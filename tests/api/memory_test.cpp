@@ -1,8 +1,9 @@
-// Giving blocks back to the library, and the functions that do nothing.
+// Giving blocks back to the library.
 
 #include <cstdlib>
 
-#include "tests/support/library_test.h"
+#include <gtest/gtest.h>
+
 #include "vl_api.h"
 
 namespace velmo::tests {
@@ -66,19 +67,6 @@ TEST(DestroyConnectionListTest, goes_by_the_links_and_not_by_the_count)
 TEST(DestroyConnectionListTest, of_null_does_nothing)
 {
     vl_destory_connection_seq(nullptr);
-}
-
-class LoadSnapshotTest : public LibraryTest {};
-
-TEST_F(LoadSnapshotTest, of_data_templates_and_of_ports_gives_0_whatever_it_is_given)
-{
-    set_own_servers({""});
-    for (const auto load : {vl_load_dt_snapshot, vl_load_port_snapshot}) {
-        EXPECT_EQ(load(nullptr, nullptr), 0);
-        EXPECT_EQ(load("", ""), 0);
-        EXPECT_EQ(load("nowhere", "no realm"), 0);
-    }
-    EXPECT_TRUE(naming.lookups().empty());
 }
 
 } // namespace

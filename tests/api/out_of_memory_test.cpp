@@ -6,6 +6,7 @@
 #include "api/Velmo_API_Manager.h"
 #include "registry/process_singleton.h"
 #include "tests/api/no_memory.h"
+#include "tests/api/operations.h"
 #include "tests/support/server_test.h"
 
 namespace velmo::tests {
@@ -31,8 +32,15 @@ TEST(OutOfMemoryTest, without_a_registry_there_are_no_servers_and_no_references)
     if (exists<vlReferenceContainer>())
         GTEST_SKIP() << "there is a registry already";
     EXPECT_EQ(starved([] { return vl_get_servername("own").count; }), 0);
-    EXPECT_EQ(starved([] { return vl_create_port("port", 1, 0, nullptr, nullptr); }), 3000);
-    EXPECT_EQ(starved([] { return vl_create_port("port", 1, 0, "home", nullptr); }), 99);
+    for (const Operation& operation : operations()) {
+        SCOPED_TRACE(operation.name);
+        if (operation.name == std::string("vl_connect_port")) // needs the manager as well
+            continue;
+        EXPECT_EQ(starved([&] { return operation.call(nullptr, nullptr); }),
+                  operation.failures.no_server);
+        EXPECT_EQ(starved([&] { return operation.call("home", nullptr); }),
+                  operation.failures.no_reference);
+    }
     EXPECT_EQ(starved([] { return vl_mid_connect(nullptr); }), 3000);
     errno = 0;
     EXPECT_EQ(starved([] { return vlReferenceContainer::instance(); }), nullptr);
@@ -68,11 +76,17 @@ TEST_F(NoManagerTest, the_two_operations_that_need_the_manager_give_2)
 
 TEST_F(NoManagerTest, every_other_operation_works)
 {
-    home->answer("create_port", 5);
-    home->answer("send_packet", 6);
+    for (const Operation& operation : operations()) {
+        SCOPED_TRACE(operation.name);
+        if (operation.name == std::string("vl_connect_port"))
+            continue;
+        home->answer(operation.remote, full_reply());
+        EXPECT_EQ(starved([&] { return operation.call(nullptr, nullptr); }), 0);
+        home->answer(operation.remote, full_reply(2007));
+        EXPECT_EQ(starved([&] { return operation.call(nullptr, nullptr); }),
+                  operation.hands_on ? 2007 : 0);
+    }
     naming.set_reachable({"home"});
-    EXPECT_EQ(starved([] { return vl_create_port("port", 1, 0, nullptr, nullptr); }), 5);
-    EXPECT_EQ(starved([] { return vl_send_packet(1, "x", 1, 0, nullptr, nullptr); }), 6);
     EXPECT_EQ(starved([] { return vl_mid_connect(nullptr); }), 0);
     EXPECT_EQ(starved([] { return vl_load_dt_snapshot(nullptr, nullptr); }), 0);
 }

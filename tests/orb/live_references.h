@@ -7,9 +7,12 @@ namespace velmo::tests {
 // Whether the broker lets references be counted; skip the test otherwise.
 bool references_can_be_counted();
 
-// The references to port services that exist in this process, where all duplicates
-// of one count as one. A reference is gone only when every duplicate is released,
-// so that one left over shows.
+// The references to a server's services that exist in this process, where all
+// duplicates of one count as one. A reference is gone only when every duplicate is
+// released, so that one left over shows.
+int live_references();
+
+// Those among them that refer to port services.
 int live_port_references();
 
 } // namespace velmo::tests

@@ -2,39 +2,52 @@
 #include <memory>
 
 #include "VelmoC.h"
+#include "Velmo_serverC.h"
 #include "tests/orb/live_references.h"
 
 namespace velmo::tests {
 
 namespace {
 
-using PortFactory = Velmo::DT_PORT_SVC::Port_Factory;
-
-std::atomic<int> alive{0};
-
-class CountedReference : public Velmo::DT_PORT_SVC::_objref_Port_Factory {
+template <class Interface, class Stub>
+class CountedReference : public Stub {
 public:
     CountedReference(omniIOR* ior, omniIdentity* identity)
-        : omniObjRef(PortFactory::_PD_repoId, ior, identity, true),
-          _objref_Port_Factory(ior, identity)
+        : omniObjRef(Interface::_PD_repoId, ior, identity, true), Stub(ior, identity)
     {
         ++alive;
     }
     ~CountedReference() override { --alive; }
+
+    static inline std::atomic<int> alive{0};
 };
 
 // Takes the place of the stubs' own maker of references: the last one made for an
 // interface is used.
-class CountingFactory : public Velmo::DT_PORT_SVC::_pof_Port_Factory {
+template <class Interface, class Stub, class StubFactory>
+class CountingFactory : public StubFactory {
 public:
+    using Reference = CountedReference<Interface, Stub>;
+
     // The broker deletes it when its last duplicate is released.
     omniObjRef* newObjRef(omniIOR* ior, omniIdentity* identity) override
     {
-        return std::make_unique<CountedReference>(ior, identity).release();
+        return std::make_unique<Reference>(ior, identity).release();
     }
+
+    int alive() const { return Reference::alive; }
 };
 
-const CountingFactory factory;
+#define COUNTING_FACTORY(scope, interface)                                                 \
+    CountingFactory<scope::interface, scope::_objref_##interface, scope::_pof_##interface>
+
+const COUNTING_FACTORY(Velmo::DT_PORT_SVC, Port_Factory) ports;
+const COUNTING_FACTORY(Velmo::DT_POINT_SVC, DT_Point_Factory) points;
+const COUNTING_FACTORY(Velmo::SYSTEM_SVC, DT_manager) templates;
+const COUNTING_FACTORY(Velmo::HEART_BIT, contender_server) contention;
+const COUNTING_FACTORY(Velmo, VelmoServiceManager) manager;
+
+#undef COUNTING_FACTORY
 
 } // namespace
 
@@ -43,9 +56,15 @@ bool references_can_be_counted()
     return true;
 }
 
+int live_references()
+{
+    return ports.alive() + points.alive() + templates.alive() + contention.alive() +
+           manager.alive();
+}
+
 int live_port_references()
 {
-    return alive;
+    return ports.alive();
 }
 
 } // namespace velmo::tests

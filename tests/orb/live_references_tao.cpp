@@ -8,6 +8,11 @@ bool references_can_be_counted()
     return false;
 }
 
+int live_references()
+{
+    return 0;
+}
+
 int live_port_references()
 {
     return 0;

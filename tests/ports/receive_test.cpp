@@ -1,9 +1,8 @@
-// Packets and replies on their way to the caller.
+// Packets and replies on their way into the caller's buffer.
 
+#include <climits>
 #include <cstdint>
-#include <cstring>
-#include <functional>
-#include <new>
+#include <optional>
 
 #include "tests/support/intended_leak.h"
 #include "tests/support/server_test.h"
@@ -12,94 +11,105 @@ namespace velmo::tests {
 
 namespace {
 
-using Calls = std::vector<std::string>;
-using Reply = Script::Reply;
+// Both ways of receiving into a buffer of the caller's. The data of a packet of another
+// size stay allocated, those of a reply do not.
+struct FillingBuffer {
+    const char* remote;
+    int (*receive)(void* buffer, unsigned int size);
+    int failure;
+    bool loses_data_of_another_size;
+};
 
-[[noreturn]] Reply lose_connection()
+void PrintTo(const FillingBuffer& filling, std::ostream* out)
 {
-    throw CORBA::COMM_FAILURE();
+    *out << filling.remote;
 }
 
-class ReceivePacketTest : public ServerTest {
-protected:
-    void deliver(const Reply& reply)
-    {
-        home->answer("receive_packet", [reply] { return reply; });
-    }
+int receive_packet(void* buffer, unsigned int size)
+{
+    return vl_receive_packet(7, nullptr, buffer, size, 0, nullptr, nullptr);
+}
 
-    int receive(unsigned int size, void* from = nullptr)
-    {
-        return vl_receive_packet(7, from, buffer, size, 3, nullptr, nullptr);
-    }
+int receive_reply(void* buffer, unsigned int size)
+{
+    return vl_receive_reply(7, buffer, size, 0, nullptr, nullptr);
+}
+
+class ReceiveBufferTest : public ServerTest,
+                          public ::testing::WithParamInterface<FillingBuffer> {
+protected:
+    void deliver(const Reply& reply) { home->answer(GetParam().remote, reply); }
+
+    int receive(unsigned int size) { return GetParam().receive(buffer, size); }
 
     std::string received() const { return std::string(buffer, sizeof buffer); }
+
+    void expect_refused(unsigned int size)
+    {
+        std::optional<IntendedLeak> the_packet;
+        if (GetParam().loses_data_of_another_size)
+            the_packet.emplace();
+        EXPECT_EQ(receive(size), 2012);
+        EXPECT_EQ(received(), untouched);
+    }
 
     const std::string untouched = "????????";
     char buffer[8] = {'?', '?', '?', '?', '?', '?', '?', '?'};
 };
 
-TEST_F(ReceivePacketTest, fills_a_buffer_of_exactly_the_packets_length)
+INSTANTIATE_TEST_SUITE_P(
+    Operations, ReceiveBufferTest,
+    ::testing::Values(FillingBuffer{"receive_packet", receive_packet, 123, true},
+                      FillingBuffer{"receive_reply", receive_reply, 127, false}),
+    [](const auto& test) { return std::string(test.param.remote); });
+
+TEST_P(ReceiveBufferTest, is_filled_with_exactly_its_size)
 {
     deliver({0, "hello"});
     EXPECT_EQ(receive(5), 0);
     EXPECT_EQ(received(), "hello???");
 }
 
-TEST_F(ReceivePacketTest, asks_with_handle_sender_and_option_unchanged)
-{
-    deliver({2002});
-    EXPECT_EQ(receive(5), 2002);
-    EXPECT_EQ(receive(5, reinterpret_cast<void*>(std::uintptr_t{12})), 2002);
-    EXPECT_EQ(receive(5, reinterpret_cast<void*>(UINTPTR_MAX)), 2002);
-    EXPECT_EQ(home->calls(), (Calls{"receive_packet(7, 0, 3)", "receive_packet(7, 12, 3)",
-                                    "receive_packet(7, 18446744073709551615, 3)"}));
-}
-
-// Data of another size stay allocated, in this operation alone.
-TEST_F(ReceivePacketTest, with_a_size_one_byte_larger_gives_2012_and_copies_nothing)
+TEST_P(ReceiveBufferTest, one_byte_larger_gives_2012_and_is_left)
 {
     deliver({0, "hello"});
-    const IntendedLeak the_packet;
-    EXPECT_EQ(receive(6), 2012);
-    EXPECT_EQ(received(), untouched);
+    expect_refused(6);
     EXPECT_EQ(home->calls().size(), 1u);
 }
 
-TEST_F(ReceivePacketTest, with_a_size_one_byte_smaller_gives_2012_and_copies_nothing)
+TEST_P(ReceiveBufferTest, one_byte_smaller_gives_2012_and_is_left)
 {
     deliver({0, "hello"});
-    const IntendedLeak the_packet;
-    EXPECT_EQ(receive(4), 2012);
-    EXPECT_EQ(received(), untouched);
+    expect_refused(4);
 }
 
-TEST_F(ReceivePacketTest, a_refused_size_keeps_the_reference_and_logs_nothing)
+TEST_P(ReceiveBufferTest, of_another_size_keeps_the_reference_and_logs_nothing)
 {
     deliver({0, "hello"});
-    const IntendedLeak the_packet;
-    EXPECT_EQ(receive(0), 2012);
+    for (const unsigned int size : {0u, UINT_MAX})
+        expect_refused(size);
     EXPECT_TRUE(logged_lines().empty());
     EXPECT_FALSE(next_call_looks_up());
 }
 
-TEST_F(ReceivePacketTest, an_empty_packet_matches_the_size_0)
+TEST_P(ReceiveBufferTest, of_size_0_takes_empty_data)
 {
     deliver({0, ""});
     EXPECT_EQ(receive(0), 0);
     EXPECT_EQ(received(), untouched);
 }
 
-TEST_F(ReceivePacketTest, that_fails_remotely_leaves_the_buffer)
+TEST_P(ReceiveBufferTest, is_left_where_the_operation_fails_remotely)
 {
     deliver({2002, "hello"});
     EXPECT_EQ(receive(5), 2002);
-    EXPECT_EQ(received(), untouched);
-    home->answer("receive_packet", lose_connection);
-    EXPECT_EQ(receive(5), 123);
+    EXPECT_EQ(receive(6), 2002);
+    home->answer(GetParam().remote, Script::raising(CORBA::COMM_FAILURE()));
+    EXPECT_EQ(receive(5), GetParam().failure);
     EXPECT_EQ(received(), untouched);
 }
 
-TEST_F(ReceivePacketTest, takes_data_that_were_not_delivered_as_empty)
+TEST_P(ReceiveBufferTest, takes_data_that_were_not_delivered_as_empty)
 {
     deliver({0, std::nullopt});
     EXPECT_EQ(receive(0), 0);
@@ -107,189 +117,45 @@ TEST_F(ReceivePacketTest, takes_data_that_were_not_delivered_as_empty)
     EXPECT_EQ(received(), untouched);
 }
 
-TEST_F(ReceivePacketTest, into_null_is_refused_before_any_call)
+TEST_P(ReceiveBufferTest, null_is_refused_before_any_call)
 {
     deliver({0, ""});
     EXPECT_EQ(receive(0), 0); // has the reference cached
     for (const unsigned int size : {0u, 5u})
-        EXPECT_EQ(vl_receive_packet(7, nullptr, nullptr, size, 0, nullptr, nullptr), 123);
+        EXPECT_EQ(GetParam().receive(nullptr, size), GetParam().failure);
     EXPECT_EQ(home->calls().size(), 1u);
     EXPECT_TRUE(logged_lines().empty());
     EXPECT_FALSE(next_call_looks_up());
 }
 
-// Both ways of receiving into a new block.
-struct Receiving {
-    const char* remote;
-    int (*receive)(void** data, unsigned int* length);
-    int failure;
-};
+class ReceivePacketTest : public ServerTest {};
 
-void PrintTo(const Receiving& receiving, std::ostream* out)
-{
-    *out << receiving.remote;
-}
-
-class ReceiveBlockTest : public ServerTest,
-                         public ::testing::WithParamInterface<Receiving> {
-protected:
-    ~ReceiveBlockTest() override
-    {
-        if (data != stale)
-            vl_free_memory(&data);
-    }
-
-    void deliver(const Reply& reply)
-    {
-        home->answer(GetParam().remote, [reply] { return reply; });
-    }
-
-    int receive() { return GetParam().receive(&data, &length); }
-
-    std::string received() const { return std::string(static_cast<char*>(data), length); }
-
-    // What the caller's variables held before.
-    char stale[1] = {'?'};
-    void* data = stale;
-    unsigned int length = 77;
-};
-
-int receive_packetv(void** data, unsigned int* length)
-{
-    return vl_receive_packetv(7, nullptr, data, length, 0, nullptr, nullptr);
-}
-
-int receive_reply2(void** data, unsigned int* length)
-{
-    return vl_receive_reply2(7, data, length, 0, nullptr, nullptr);
-}
-
-INSTANTIATE_TEST_SUITE_P(Operations, ReceiveBlockTest,
-                         ::testing::Values(Receiving{"receive_packet", receive_packetv,
-                                                     123},
-                                           Receiving{"receive_reply", receive_reply2, 127}),
-                         [](const auto& test) { return std::string(test.param.remote); });
-
-TEST_P(ReceiveBlockTest, gives_a_block_of_exactly_the_received_bytes)
-{
-    std::string bytes;
-    for (int byte = 0; byte < 256; ++byte)
-        bytes.push_back(static_cast<char>(byte));
-    deliver({0, bytes});
-    EXPECT_EQ(receive(), 0);
-    EXPECT_EQ(received(), bytes);
-}
-
-TEST_P(ReceiveBlockTest, gives_the_caller_a_block_to_free)
-{
-    deliver({0, "hello"});
-    EXPECT_EQ(receive(), 0);
-    vl_free_memory(&data);
-    EXPECT_EQ(data, nullptr);
-}
-
-TEST_P(ReceiveBlockTest, gives_a_block_even_for_zero_bytes)
-{
-    deliver({0, ""});
-    EXPECT_EQ(receive(), 0);
-    EXPECT_EQ(length, 0u);
-    EXPECT_NE(data, nullptr);
-    EXPECT_NE(data, stale);
-    vl_free_memory(&data);
-    EXPECT_EQ(data, nullptr);
-}
-
-TEST_P(ReceiveBlockTest, takes_data_that_were_not_delivered_as_empty)
-{
-    deliver({0, std::nullopt});
-    EXPECT_EQ(receive(), 0);
-    EXPECT_EQ(length, 0u);
-    EXPECT_NE(data, nullptr);
-    EXPECT_NE(data, stale);
-}
-
-TEST_P(ReceiveBlockTest, receives_a_large_block)
-{
-    deliver({0, std::string(5 << 20, 'v')});
-    EXPECT_EQ(receive(), 0);
-    EXPECT_EQ(received(), std::string(5 << 20, 'v'));
-}
-
-TEST_P(ReceiveBlockTest, never_frees_what_the_callers_pointer_held)
-{
-    deliver({0, "hello"});
-    EXPECT_EQ(receive(), 0);
-    EXPECT_EQ(stale[0], '?');
-}
-
-TEST_P(ReceiveBlockTest, into_null_is_refused_before_any_call)
-{
-    deliver({2002});
-    EXPECT_EQ(receive(), 2002); // has the reference cached
-    EXPECT_EQ(GetParam().receive(nullptr, &length), GetParam().failure);
-    EXPECT_EQ(GetParam().receive(&data, nullptr), GetParam().failure);
-    EXPECT_EQ(GetParam().receive(nullptr, nullptr), GetParam().failure);
-    EXPECT_EQ(home->calls().size(), 1u);
-    EXPECT_TRUE(logged_lines().empty());
-    EXPECT_FALSE(next_call_looks_up());
-}
-
-class ReceivePacketvTest : public ServerTest {};
-
-TEST_F(ReceivePacketvTest, asks_with_handle_sender_and_option_unchanged)
+TEST_F(ReceivePacketTest, asks_with_handle_sender_and_option_unchanged)
 {
     home->answer("receive_packet", 2002);
-    void* data = nullptr;
-    unsigned int length = 0;
-    void* const sender = reinterpret_cast<void*>(UINTPTR_MAX);
-    EXPECT_EQ(vl_receive_packetv(8, sender, &data, &length, 0xFFFFFFFFu, nullptr, nullptr),
-              2002);
-    EXPECT_EQ(home->calls(), Calls{"receive_packet(8, 18446744073709551615, 4294967295)"});
+    char buffer[5];
+    const auto receive = [&buffer](std::uintptr_t sender) {
+        return vl_receive_packet(0xFFFFFFFFu, reinterpret_cast<void*>(sender), buffer, 5, 3,
+                                 nullptr, nullptr);
+    };
+    EXPECT_EQ(receive(0), 2002);
+    EXPECT_EQ(receive(12), 2002);
+    EXPECT_EQ(receive(UINTPTR_MAX), 2002);
+    EXPECT_EQ(
+        home->calls(),
+        (Calls{"receive_packet(4294967295, 0, 3)", "receive_packet(4294967295, 12, 3)",
+               "receive_packet(4294967295, 18446744073709551615, 3)"}));
 }
 
-TEST_F(ReceivePacketvTest, that_fails_remotely_leaves_null_and_length_0)
-{
-    char stale = '?';
-    const std::function<Reply()> failures[] = {[] {
-                                                   return Reply{2002, "hello"};
-                                               },
-                                               lose_connection};
-    for (const auto& failure : failures) {
-        home->answer("receive_packet", failure);
-        void* data = &stale;
-        unsigned int length = 77;
-        EXPECT_NE(receive_packetv(&data, &length), 0);
-        EXPECT_EQ(data, nullptr);
-        EXPECT_EQ(length, 0u);
-    }
-}
+class ReceiveReplyTest : public ServerTest {};
 
-class ReceiveReply2Test : public ServerTest {};
-
-TEST_F(ReceiveReply2Test, asks_with_handle_and_option_unchanged)
+TEST_F(ReceiveReplyTest, asks_with_handle_and_option_unchanged)
 {
     home->answer("receive_reply", 2016);
-    void* data = nullptr;
-    unsigned int length = 0;
-    EXPECT_EQ(vl_receive_reply2(8, &data, &length, 0xFFFFFFFFu, nullptr, nullptr), 2016);
-    EXPECT_EQ(home->calls(), Calls{"receive_reply(8, 4294967295)"});
-}
-
-TEST_F(ReceiveReply2Test, that_fails_remotely_leaves_both_as_they_were)
-{
-    char stale = '?';
-    const std::function<Reply()> failures[] = {[] {
-                                                   return Reply{2001, "hello"};
-                                               },
-                                               lose_connection};
-    for (const auto& failure : failures) {
-        home->answer("receive_reply", failure);
-        void* data = &stale;
-        unsigned int length = 77;
-        EXPECT_NE(receive_reply2(&data, &length), 0);
-        EXPECT_EQ(data, &stale);
-        EXPECT_EQ(length, 77u);
-    }
+    char buffer[5];
+    EXPECT_EQ(vl_receive_reply(0xFFFFFFFFu, buffer, 5, 0xFFFFFFFEu, nullptr, nullptr),
+              2016);
+    EXPECT_EQ(home->calls(), Calls{"receive_reply(4294967295, 4294967294)"});
 }
 
 } // namespace

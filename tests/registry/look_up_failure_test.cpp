@@ -7,6 +7,7 @@
 #include "registry/vlServerReference.h"
 #include "tests/registry/registry_test.h"
 #include "tests/support/eventually.h"
+#include "tests/support/registry_locks.h"
 
 namespace velmo::tests {
 
@@ -63,16 +64,6 @@ protected:
         auto later = std::async(std::launch::async, [this] { return get(); });
         return later.wait_for(patience) == std::future_status::ready && later.get();
     }
-
-    void expect_locks_free()
-    {
-        ASSERT_EQ(registry.lock.tryacquire_write(), 0);
-        registry.lock.release();
-        for (auto& entry : registry.serverMap) {
-            ASSERT_EQ(entry.second->lock.tryacquire_write(), 0);
-            entry.second->lock.release();
-        }
-    }
 };
 
 INSTANTIATE_TEST_SUITE_P(EveryService, LookUpFailureTest, ::testing::ValuesIn(services),
@@ -113,7 +104,7 @@ TEST_P(LookUpFailureTest, what_the_naming_client_raises_passes_with_the_locks_re
         throw std::runtime_error("naming failed");
     });
     EXPECT_THROW(get(), std::runtime_error);
-    expect_locks_free();
+    expect_locks_free(registry);
     naming.resolve_with(nullptr);
     EXPECT_TRUE(get_from_another_thread());
 }
@@ -124,7 +115,7 @@ TEST_P(LookUpFailureTest, a_brokers_exception_of_the_naming_client_passes_likewi
         throw CORBA::TRANSIENT();
     });
     EXPECT_THROW(get(), CORBA::TRANSIENT);
-    expect_locks_free();
+    expect_locks_free(registry);
     naming.resolve_with(nullptr);
     EXPECT_TRUE(get_from_another_thread());
 }
@@ -135,7 +126,7 @@ TEST_P(LookUpFailureTest, what_narrowing_raises_passes_with_the_locks_released)
 {
     naming.bind("server", GetParam().key, dead_reference().in());
     EXPECT_THROW(get(), CORBA::SystemException);
-    expect_locks_free();
+    expect_locks_free(registry);
     offer("server");
     EXPECT_TRUE(get_from_another_thread());
 }

@@ -2,7 +2,14 @@
 #ifndef VELMO_TESTS_SUPPORT_INTENDED_LEAK_H
 #define VELMO_TESTS_SUPPORT_INTENDED_LEAK_H
 
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(__has_feature) // how Clang tells what GCC tells by a macro
+#if __has_feature(address_sanitizer)
+#define VELMO_TESTS_LEAK_CHECKER
+#endif
+#elif defined(__SANITIZE_ADDRESS__)
+#define VELMO_TESTS_LEAK_CHECKER
+#endif
+#if defined(VELMO_TESTS_LEAK_CHECKER)
 #include <sanitizer/lsan_interface.h>
 #endif
 
@@ -13,7 +20,7 @@ class IntendedLeak {
 public:
     IntendedLeak() {} // not trivial: the object is there for its life alone
 
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(VELMO_TESTS_LEAK_CHECKER)
 private:
     __lsan::ScopedDisabler disabler;
 #endif

@@ -79,6 +79,15 @@ CORBA::Object_var ScriptedServer::reference(const std::string& key) const
     return relay ? with_port(object(key), relay->port()) : object(key);
 }
 
+void ScriptedServer::withdraw()
+{
+    ports.withdraw();
+    points.withdraw();
+    templates.withdraw();
+    contention.withdraw();
+    manager.withdraw();
+}
+
 void ScriptedServer::bind(const std::string& server, const std::string& realm) const
 {
     for (const char* key : keys::all)

@@ -34,6 +34,9 @@ public:
     // the wire only.
     void reconnect();
 
+    // Its services are gone for callers, as after its end.
+    void withdraw();
+
     // Binds its services for a server and realm in the naming client's stand-in, and
     // removes them. The service manager belongs to no realm.
     void bind(const std::string& server, const std::string& realm = "") const;

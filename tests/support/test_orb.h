@@ -28,9 +28,17 @@ public:
         adapter = root_adapter();
         id = adapter->activate_object(servant.get());
     }
-    ~Published() { adapter->deactivate_object(id.in()); }
+    ~Published() { withdraw(); }
     Published(const Published&) = delete;
     Published& operator=(const Published&) = delete;
+
+    // Callers find nobody from now on. The servant stays until the object goes.
+    void withdraw()
+    {
+        if (reachable)
+            adapter->deactivate_object(id.in());
+        reachable = false;
+    }
 
     Servant* operator->() { return servant.get(); }
     CORBA::Object_var reference() const
@@ -56,6 +64,7 @@ private:
     std::unique_ptr<Servant, LetGo> servant;
     PortableServer::POA_var adapter;
     PortableServer::ObjectId_var id;
+    bool reachable = true;
 };
 
 } // namespace velmo::tests
