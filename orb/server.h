@@ -25,6 +25,9 @@ std::string url_host(const std::string& host);
 struct ServerOptions {
     std::vector<Endpoint> endpoints;
     std::string unix_socket; // path, empty for none; brokers without them ignore it
+    // Larger ones are refused before a servant sees them; brokers without such a limit
+    // ignore it.
+    unsigned long max_message = max_message_bytes;
 };
 
 // An endpoint that cannot be had, most often since the port is taken.
@@ -47,6 +50,24 @@ using ServantBase = PortableServer::RefCountServantBase;
 // a restart.
 CORBA::Object_ptr activate_under_key(CORBA::ORB_ptr orb, const char* key,
                                      PortableServer::Servant servant);
+
+// The connection of the client that the calling thread serves. To be made and used
+// within a servant's operation; closed() by any thread while that lasts.
+class ServedConnection {
+public:
+    ServedConnection();
+
+    // Whether the broker lets its connections be looked at. TAO does not.
+    static bool can_tell();
+
+    // Whether the client has closed it, or died. One whose host is cut off is not told
+    // from one that is silent. Costs a system call, does not block. Never true for a
+    // caller within this process, nor without can_tell().
+    bool closed() const;
+
+private:
+    int socket; // -1: none
+};
 
 // The host and port that a reference names first (what "port 0" became).
 // Throws std::runtime_error for a reference without an internet address.

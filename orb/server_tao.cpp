@@ -57,4 +57,16 @@ CORBA::Object_ptr activate_under_key(CORBA::ORB_ptr orb, const char* key,
     return object._retn();
 }
 
+ServedConnection::ServedConnection() : socket(-1) {}
+
+bool ServedConnection::can_tell()
+{
+    return false;
+}
+
+bool ServedConnection::closed() const
+{
+    return false;
+}
+
 } // namespace velmo::orb

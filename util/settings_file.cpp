@@ -9,6 +9,7 @@
 #include <pugixml.hpp>
 #include <strings.h>
 
+#include "util/settings_element.h"
 #include "util/settings_text.h"
 
 namespace velmo::settings {
@@ -16,7 +17,6 @@ namespace {
 
 constexpr const char* root_name = "velmo";
 constexpr const char* server_name = "server";
-constexpr const char* daemon_name = "velmod"; // the daemon's own section
 
 // Constant, since a file may be read after static objects have been destroyed.
 template <std::size_t Size>
@@ -52,58 +52,6 @@ std::string without_brackets(const std::string& host)
     const bool bracketed = host.size() > 2 && host.front() == '[' && host.back() == ']';
     return bracketed ? host.substr(1, host.size() - 2) : host;
 }
-
-// An element with its line and its attributes, of which it has known ones only,
-// each at most once.
-class Element {
-public:
-    template <std::size_t Size>
-    Element(const pugi::xml_node& node, int at_line, const Words<Size>& known)
-        : line(at_line)
-    {
-        for (const pugi::xml_attribute& attribute : node.attributes()) {
-            const std::string name = attribute.name();
-            if (std::find(known.begin(), known.end(), name) == known.end())
-                throw fault("unknown attribute " + quoted(name) + " of " + node.name());
-            if (!attributes.emplace(name, attribute.value()).second)
-                throw fault("attribute " + quoted(name) + " twice");
-        }
-    }
-
-    // Null when it is not there.
-    const std::string* get(const std::string& name) const
-    {
-        const auto found = attributes.find(name);
-        return found == attributes.end() ? nullptr : &found->second;
-    }
-
-    std::optional<Sourced<Milliseconds>> timeout(const std::string& name) const
-    {
-        const std::string* text = get(name);
-        if (!text)
-            return std::nullopt;
-        const auto value = to_timeout(*text);
-        if (!value)
-            throw fault(name + " is " + quoted(*text) +
-                        ", not a number of milliseconds from 0 to " +
-                        std::to_string(max_timeout.count()));
-        return Sourced<Milliseconds>{*value, origin()};
-    }
-
-    Timeouts timeouts() const
-    {
-        return {timeout("call_timeout_ms"), timeout("naming_timeout_ms"),
-                timeout("connect_timeout_ms")};
-    }
-
-    Fault fault(const std::string& reason) const { return Fault(line, reason); }
-    std::string origin() const { return "line " + std::to_string(line); }
-
-    const int line;
-
-private:
-    std::map<std::string, std::string> attributes;
-};
 
 std::string name_of(const Element& element)
 {
@@ -173,13 +121,7 @@ public:
     File parse()
     {
         check_characters(text, lines);
-        // As a fragment: else the parser skips what stands outside the root.
-        const pugi::xml_parse_result result = document.load_buffer(
-            text.data(), text.size(), pugi::parse_default | pugi::parse_fragment,
-            pugi::encoding_utf8);
-        if (!result)
-            throw Fault(lines.at(result.offset),
-                        std::string("not XML: ") + result.description());
+        load(document, text, lines);
         find_root();
         // Without recursion, which a file of a thousand levels would overflow.
         for (pugi::xml_node node = root.first_child(); node;) {
@@ -202,7 +144,7 @@ private:
     {
         for (const pugi::xml_node& node : document) {
             if (node.type() != pugi::node_element)
-                refuse_text(node);
+                refuse_text(node, line_of(node));
             else if (root)
                 throw Fault(line_of(node), "a second root element");
             else
@@ -230,11 +172,11 @@ private:
     bool take(const pugi::xml_node& node)
     {
         if (node.type() != pugi::node_element) {
-            refuse_text(node);
+            refuse_text(node, line_of(node));
             return false;
         }
         const std::string_view name = node.name();
-        if (name == daemon_name && node.parent() == root)
+        if (name == daemon_section && node.parent() == root)
             return false;
         if (name != server_name)
             throw Fault(line_of(node),
@@ -264,19 +206,6 @@ private:
             first_set({environment.naming, own.naming, root_timeouts.naming},
                       defaults::naming_timeout);
         file.servers.push_back(std::move(server));
-    }
-
-    // Text, which belongs nowhere; white space that is written plainly is not here.
-    void refuse_text(const pugi::xml_node& node)
-    {
-        const std::string_view value = node.value();
-        const auto start = value.find_first_not_of(" \t\r\n");
-        if (start == std::string_view::npos)
-            return;
-        const auto end = value.begin() + static_cast<std::ptrdiff_t>(start);
-        const auto lines_before = std::count(value.begin(), end, '\n');
-        throw Fault(line_of(node) + static_cast<int>(lines_before),
-                    "text that does not belong here: " + quoted(value.substr(start)));
     }
 
     int line_of(const pugi::xml_node& node) { return lines.at(node.offset_debug()); }

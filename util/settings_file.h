@@ -9,6 +9,9 @@
 
 namespace velmo::settings {
 
+// The element below the root that holds the daemon's own configuration.
+constexpr const char* daemon_section = "velmod";
+
 struct File {
     std::vector<Server> servers; // in the order of the file, not at positions yet
     std::string local;           // the server that the file calls local, or ""
