@@ -8,7 +8,13 @@ namespace velmo::model {
 
 bool Receiver::wants(const Packet& candidate) const
 {
-    return !packet && (from == 0 || from == candidate.sender->handle);
+    return !packet && !lost && (from == 0 || from == candidate.sender->handle);
+}
+
+bool Receiver::is_there()
+{
+    lost = lost || caller.gone();
+    return !lost;
 }
 
 bool Write::retry()
@@ -40,12 +46,14 @@ PacketQueue::PacketQueue(std::size_t packet_limit, std::size_t byte_limit)
 {
 }
 
-bool PacketQueue::accepts(const Packet& packet) const
+bool PacketQueue::accepts(const Packet& packet)
 {
-    if (packets.size() < max_packets && packet.data->size() <= max_bytes - bytes)
-        return true;
-    return std::any_of(receivers.begin(), receivers.end(),
-                       [&](const Receiver* receiver) { return receiver->wants(packet); });
+    const bool receiver_waits =
+        std::any_of(receivers.begin(), receivers.end(), [&](Receiver* receiver) {
+            return receiver->wants(packet) && receiver->is_there();
+        });
+    return receiver_waits ||
+           (packets.size() < max_packets && bytes + packet.data->size() <= max_bytes);
 }
 
 bool PacketQueue::put(Packet packet, End end)
@@ -67,12 +75,12 @@ bool PacketQueue::put(Packet packet, End end)
     return false;
 }
 
-std::optional<Packet> PacketQueue::take(const Receiver& receiver)
+std::optional<Packet> PacketQueue::take(Receiver& receiver)
 {
     const auto oldest =
         std::find_if(packets.begin(), packets.end(),
                      [&](const Packet& packet) { return receiver.wants(packet); });
-    if (oldest == packets.end())
+    if (oldest == packets.end() || !receiver.is_there())
         return std::nullopt;
     Packet packet = std::move(*oldest);
     packets.erase(oldest);

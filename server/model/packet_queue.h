@@ -6,22 +6,18 @@
 #define VELMO_SERVER_MODEL_PACKET_QUEUE_H
 
 #include <condition_variable>
-#include <cstdint>
 #include <deque>
 #include <list>
-#include <memory>
 #include <optional>
-#include <vector>
 
+#include "server/model/caller.h"
+#include "server/model/data.h"
 #include "vl_result.h"
 
 namespace velmo::model {
 
 struct Port;
 class PacketQueue;
-
-using Bytes = std::vector<std::uint8_t>;
-using Data = std::shared_ptr<const Bytes>; // copies of a packet share their bytes
 
 struct Packet {
     Data data;
@@ -32,11 +28,18 @@ enum class End { front, back };
 
 // A receiver in waiting. A packet that it wants is handed to it and never enters
 // the queue: nobody can snatch it, one packet wakes one thread, and the one that
-// has waited longest comes first.
+// has waited longest comes first. One that has gone gets none.
 struct Receiver {
+    Receiver(const Caller& who, std::uint64_t from_whom) : caller(who), from(from_whom) {}
+
     bool wants(const Packet& candidate) const;
 
-    std::uint64_t from = 0; // 0: anybody's packets, else those of the port so numbered
+    // Whether it still is there, at the moment of asking.
+    bool is_there();
+
+    const Caller& caller;
+    const std::uint64_t from; // 0: anybody's packets, else those of the port so numbered
+    bool lost = false;        // it was found gone
     std::optional<Packet> packet;
     std::condition_variable arrived;
 };
@@ -68,14 +71,25 @@ class PacketQueue {
 public:
     PacketQueue(std::size_t max_packets, std::size_t max_bytes);
 
-    // Whether put() may be called with this packet.
-    bool accepts(const Packet& packet) const;
+    // Whether there is room for the packet, or a receiver for it.
+    bool accepts(const Packet& packet);
 
-    // Hands the packet to a waiting receiver (true), or queues it.
+    // Hands the packet to a waiting receiver (true), or queues it, without looking at
+    // the limits: accepts() has, and has found out who of the receivers is there.
     bool put(Packet packet, End end);
 
-    // The oldest packet that the receiver wants. retry_writes() is to follow.
-    std::optional<Packet> take(const Receiver& receiver);
+    // The oldest packet that the receiver wants, if it is there to get it.
+    // retry_writes() is to follow.
+    std::optional<Packet> take(Receiver& receiver);
+
+    // Oldest first.
+    const std::deque<Packet>& content() const { return packets; }
+
+    // Of data in it.
+    std::size_t size_in_bytes() const { return bytes; }
+
+    // How many receivers wait.
+    std::size_t waiting() const { return receivers.size(); }
 
     // Gives room that has come about to the writes that wait here.
     void retry_writes();

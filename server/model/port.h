@@ -9,8 +9,6 @@
 
 namespace velmo::model {
 
-using Handle = std::uint32_t;
-
 enum class ConnectionMode : std::uint32_t {
     plain = 30001,
     exclusive = 30002,
@@ -25,10 +23,10 @@ struct Connection {
 using Connections = std::list<Connection>;
 
 struct Port {
-    Port(std::string port_name, Handle port_handle, std::size_t capacity,
+    Port(std::string port_name, Handle port_handle, std::size_t max_packets,
          std::size_t max_bytes)
-        : name(std::move(port_name)), handle(port_handle), unanswered_limit(capacity),
-          packets(capacity, max_bytes), replies(capacity, max_bytes)
+        : name(std::move(port_name)), handle(port_handle), capacity(max_packets),
+          packets(max_packets, max_bytes), replies(max_packets, max_bytes)
     {
     }
 
@@ -38,12 +36,15 @@ struct Port {
 
     bool exclusive() const;
 
+    // Whether it has a connection for which a host registers itself.
+    bool takes_host() const;
+
     // Remembers that a packet of this sender was received here and may be answered.
     void expect_answer(Port& sender);
 
     const std::string name;
     const Handle handle;
-    const std::size_t unanswered_limit;
+    const std::size_t capacity; // of either queue, and of unanswered
 
     std::string host; // the one that registered itself
     bool copies = true;

@@ -1,4 +1,6 @@
 // What PortService does with packets and replies.
+#include <algorithm>
+
 #include "server/model/port_service.h"
 
 namespace velmo::model {
@@ -58,38 +60,46 @@ private:
     const End end;
 };
 
-vl_result PortService::send(Handle handle, const Data& data, WaitOption wait, End end)
+vl_result PortService::check_size(const Data& data) const
 {
-    Lock lock(mutex);
-    Port* port = find(handle);
-    if (!port)
-        return INVAILD_PORT_HANDLE;
-    if (data->size() > limits.queue_bytes)
-        return SIZE_IS_NOT_MATCH;
-    Send write(*port, data, end);
-    return complete(lock, write, wait);
+    return data->size() > std::min(limits.packet_bytes, limits.queue_bytes)
+               ? SIZE_IS_NOT_MATCH
+               : VL_OK;
 }
 
-vl_result PortService::send_packet(Handle handle, const Data& data, WaitOption wait)
+vl_result PortService::send(Handle handle, const Data& data, WaitOption wait,
+                            const Caller& caller, End end)
 {
-    return send(handle, data, wait, End::back);
+    Lock lock(mutex);
+    Port* port = table->find(handle);
+    if (!port)
+        return INVAILD_PORT_HANDLE;
+    if (const vl_result result = check_size(data); result != VL_OK)
+        return result;
+    Send write(*port, data, end);
+    return complete(lock, write, wait, caller);
+}
+
+vl_result PortService::send_packet(Handle handle, const Data& data, WaitOption wait,
+                                   const Caller& caller)
+{
+    return send(handle, data, wait, caller, End::back);
 }
 
 vl_result PortService::send_packet_to_front(Handle handle, const Data& data,
-                                            WaitOption wait)
+                                            WaitOption wait, const Caller& caller)
 {
-    return send(handle, data, wait, End::front);
+    return send(handle, data, wait, caller, End::front);
 }
 
 vl_result PortService::receive_packet(Handle handle, std::uint64_t from, Data& data,
-                                      WaitOption wait)
+                                      WaitOption wait, const Caller& caller)
 {
     Lock lock(mutex);
-    Port* port = find(handle);
+    Port* port = table->find(handle);
     if (!port)
         return INVAILD_PORT_HANDLE;
-    Receiver receiver;
-    receiver.from = from;
+    Receiver receiver(caller, from);
     if (std::optional<Packet> packet = port->packets.take(receiver)) {
         port->expect_answer(*packet->sender);
         port->packets.retry_writes();
@@ -129,25 +139,27 @@ private:
     const Packet packet;
 };
 
-vl_result PortService::reply_packet(Handle handle, const Data& data, WaitOption wait)
+vl_result PortService::reply_packet(Handle handle, const Data& data, WaitOption wait,
+                                    const Caller& caller)
 {
     Lock lock(mutex);
-    Port* port = find(handle);
+    Port* port = table->find(handle);
     if (!port)
         return INVAILD_PORT_HANDLE;
-    if (data->size() > limits.queue_bytes)
-        return SIZE_IS_NOT_MATCH;
+    if (const vl_result result = check_size(data); result != VL_OK)
+        return result;
     Reply write(*port, data);
-    return complete(lock, write, wait);
+    return complete(lock, write, wait, caller);
 }
 
-vl_result PortService::receive_reply(Handle handle, Data& data, WaitOption wait)
+vl_result PortService::receive_reply(Handle handle, Data& data, WaitOption wait,
+                                     const Caller& caller)
 {
     Lock lock(mutex);
-    Port* port = find(handle);
+    Port* port = table->find(handle);
     if (!port)
         return INVAILD_PORT_HANDLE;
-    Receiver receiver;
+    Receiver receiver(caller, 0);
     if (std::optional<Packet> packet = port->replies.take(receiver)) {
         port->replies.retry_writes();
         data = std::move(packet->data);

@@ -3,83 +3,35 @@
 #include <algorithm>
 #include <set>
 
+#include "server/model/names.h"
+
 namespace velmo::model {
-
-namespace {
-
-std::optional<ConnectionMode> known_mode(std::uint32_t number)
-{
-    for (const ConnectionMode mode :
-         {ConnectionMode::plain, ConnectionMode::exclusive, ConnectionMode::from_host})
-        if (static_cast<std::uint32_t>(mode) == number)
-            return mode;
-    return std::nullopt;
-}
-
-bool has_mode(const std::vector<Connections::iterator>& connections, ConnectionMode mode)
-{
-    return std::any_of(connections.begin(), connections.end(),
-                       [mode](const auto& connection) { return connection->mode == mode; });
-}
-
-void erase(std::vector<Connections::iterator>& from, Connections::iterator what)
-{
-    from.erase(std::find(from.begin(), from.end(), what));
-}
-
-} // namespace
-
-bool Port::exclusive() const
-{
-    return has_mode(outgoing, ConnectionMode::exclusive) ||
-           has_mode(incoming, ConnectionMode::exclusive);
-}
-
-void Port::expect_answer(Port& sender)
-{
-    if (unanswered.size() == unanswered_limit) {
-        --unanswered.front()->awaited;
-        unanswered.pop_front();
-    }
-    unanswered.push_back(&sender);
-}
 
 // ---------------------------------------------------------------- ports
 
-PortService::PortService(const PortLimits& port_limits) : limits(port_limits) {}
+PortService::PortService(const PortLimits& port_limits)
+    : limits(port_limits), table(std::make_shared<PortTable>(limits.queue_bytes))
+{
+}
 
 PortService::~PortService() = default;
-
-Port* PortService::find(Handle handle) const
-{
-    const auto found = ports.find(handle);
-    return found == ports.end() ? nullptr : found->second.get();
-}
-
-Port* PortService::find(std::string_view name) const
-{
-    const auto found = names.find(name);
-    return found == names.end() ? nullptr : found->second;
-}
 
 vl_result PortService::create_port(std::string_view name, Handle handle,
                                    std::uint32_t capacity)
 {
-    if (name.empty())
-        return INVAILD_NULL_PARAMETER;
-    if (name.size() > max_name_bytes || handle == 0)
+    if (const vl_result result = check_name(name); result != VL_OK)
+        return result;
+    if (handle == 0)
         return PARAMETER_ERROR;
     if (capacity == 0)
         capacity = limits.default_capacity;
-    auto port =
-        std::make_unique<Port>(std::string(name), handle,
-                               std::min(capacity, limits.max_capacity), limits.queue_bytes);
     const Lock lock(mutex);
-    if (find(handle) || find(name))
-        return OBJECT_ALREADY_EXSIT;
-    names.emplace(port->name, port.get());
-    ports.emplace(handle, std::move(port));
-    return VL_OK;
+    const bool full = table->all().size() >= limits.max_ports;
+    if (full && !table->find(name) && !table->find(handle))
+        return MEMORY_ALLOCATION_FAI;
+    return table->add(name, handle, std::min(capacity, limits.max_capacity))
+               ? VL_OK
+               : OBJECT_ALREADY_EXSIT;
 }
 
 vl_result PortService::register_port_host(std::string_view from, std::string_view host)
@@ -87,20 +39,13 @@ vl_result PortService::register_port_host(std::string_view from, std::string_vie
     if (host.size() > max_name_bytes)
         return PARAMETER_ERROR;
     const Lock lock(mutex);
-    Port* port = find(from);
+    Port* port = table->find(from);
     if (!port)
         return INVAILD_PORT_HANDLE;
-    if (!has_mode(port->outgoing, ConnectionMode::from_host))
+    if (!port->takes_host())
         return NOT_CONNECTED;
     port->host = host;
     return VL_OK;
-}
-
-std::string PortService::host_of(std::string_view name) const
-{
-    const Lock lock(mutex);
-    const Port* port = find(name);
-    return port ? port->host : "";
 }
 
 vl_result PortService::enable_copy(std::string_view name, std::uint32_t enable)
@@ -108,7 +53,7 @@ vl_result PortService::enable_copy(std::string_view name, std::uint32_t enable)
     if (enable > 1)
         return PARAMETER_ERROR;
     const Lock lock(mutex);
-    Port* port = find(name);
+    Port* port = table->find(name);
     if (!port)
         return INVAILD_PORT_HANDLE;
     port->copies = enable == 1;
@@ -126,25 +71,14 @@ vl_result PortService::connect_port(std::string_view from_name, std::string_view
     if (!mode)
         return INVAILD_SINK_MODE;
     const Lock lock(mutex);
-    Port* from = find(from_name);
+    Port* from = table->find(from_name);
     if (!from)
         return INVAILD_PORT_HANDLE;
-    Port* to = find(to_name);
+    Port* to = table->find(to_name);
     if (!to)
         return RECEIVER_IS_NOT_EXIST;
-    for (const Port* end : {from, to}) {
-        const bool connected = !end->outgoing.empty() || !end->incoming.empty();
-        if (end->exclusive() || (connected && *mode == ConnectionMode::exclusive))
-            return ALREADY_CONNECTED;
-    }
-    for (const auto& connection : from->outgoing)
-        if (connection->to == to)
-            return ALREADY_CONNECTED;
-
-    all_connections.push_back({from, to, *mode});
-    const auto connection = std::prev(all_connections.end());
-    from->outgoing.push_back(connection);
-    to->incoming.push_back(connection);
+    if (const vl_result result = table->connect(*from, *to, *mode); result != VL_OK)
+        return result;
     // A send that waits at the mailbox, or at another receiver, may go there now.
     from->packets.retry_writes();
     for (const auto& other : from->outgoing)
@@ -152,17 +86,10 @@ vl_result PortService::connect_port(std::string_view from_name, std::string_view
     return VL_OK;
 }
 
-void PortService::disconnect(Connections::iterator connection)
-{
-    erase(connection->from->outgoing, connection);
-    erase(connection->to->incoming, connection);
-    all_connections.erase(connection);
-}
-
 vl_result PortService::disconnect_port(Handle handle)
 {
     const Lock lock(mutex);
-    Port* port = find(handle);
+    Port* port = table->find(handle);
     if (!port)
         return INVAILD_PORT_HANDLE;
     if (port->outgoing.empty() && port->incoming.empty())
@@ -170,10 +97,10 @@ vl_result PortService::disconnect_port(Handle handle)
     std::set<Port*> touched{port};
     while (!port->outgoing.empty()) {
         touched.insert(port->outgoing.back()->to);
-        disconnect(port->outgoing.back());
+        table->disconnect(port->outgoing.back());
     }
     while (!port->incoming.empty())
-        disconnect(port->incoming.back());
+        table->disconnect(port->incoming.back());
     // Sends that waited at a receiver which they have lost.
     for (Port* receiver : touched)
         receiver->packets.retry_writes();
@@ -184,7 +111,7 @@ std::vector<ConnectionNames> PortService::connections() const
 {
     const Lock lock(mutex);
     std::vector<ConnectionNames> result;
-    for (const Connection& connection : all_connections)
+    for (const Connection& connection : table->connections())
         result.push_back({connection.from->name, connection.to->name});
     return result;
 }
@@ -194,7 +121,8 @@ ChannelNames PortService::channels() const
     const Lock lock(mutex);
     ChannelNames result;
     // A port is named where its first connection stands in the order of connecting.
-    for (auto i = all_connections.begin(); i != all_connections.end(); ++i) {
+    const Connections& all = table->connections();
+    for (auto i = all.begin(); i != all.end(); ++i) {
         const Connections::const_iterator first_out = i->from->outgoing.front();
         const Connections::const_iterator first_in = i->to->incoming.front();
         if (first_out == i)
@@ -209,21 +137,29 @@ ChannelNames PortService::channels() const
 
 template <class Condition>
 bool PortService::sleep(Lock& lock, std::condition_variable& wake, WaitOption wait,
-                        Condition condition)
+                        const Caller& caller, Condition condition)
 {
+    using Clock = std::chrono::steady_clock;
     const auto limit = std::min(limits.max_wait, std::chrono::milliseconds(wait));
+    const Clock::time_point deadline = Clock::now() + limit;
+    const PortTable* mine = table.get();
+    const auto over = [&] { return stopped || table.get() != mine || condition(); };
     ++asleep;
-    wake.wait_until(lock, std::chrono::steady_clock::now() + limit,
-                    [&] { return stopped || condition(); });
+    while (!caller.gone() && Clock::now() < deadline &&
+           !wake.wait_until(lock, std::min(deadline, Clock::now() + limits.caller_check),
+                            over)) {
+    }
     --asleep;
     return condition();
 }
 
-vl_result PortService::complete(Lock& lock, Write& write, WaitOption wait)
+vl_result PortService::complete(Lock& lock, Write& write, WaitOption wait,
+                                const Caller& caller)
 {
     if (write.retry())
         return *write.result;
-    const bool done = wait != no_wait && sleep(lock, write.settled, wait,
+    const std::shared_ptr<PortTable> kept = table;
+    const bool done = wait != no_wait && sleep(lock, write.settled, wait, caller,
                                                [&] { return write.result.has_value(); });
     write.withdraw();
     if (done)
@@ -235,9 +171,10 @@ bool PortService::await(Lock& lock, PacketQueue& queue, Receiver& receiver, Wait
 {
     if (wait == no_wait)
         return false;
+    const std::shared_ptr<PortTable> kept = table;
     queue.join(receiver);
-    const bool arrived =
-        sleep(lock, receiver.arrived, wait, [&] { return receiver.packet.has_value(); });
+    const bool arrived = sleep(lock, receiver.arrived, wait, receiver.caller,
+                               [&] { return receiver.packet.has_value(); });
     queue.leave(receiver);
     return arrived;
 }
@@ -248,14 +185,80 @@ std::size_t PortService::waiting() const
     return asleep;
 }
 
+void PortService::set_max_wait(std::chrono::milliseconds max_wait)
+{
+    const Lock lock(mutex);
+    limits.max_wait = max_wait;
+}
+
 void PortService::stop()
 {
     const Lock lock(mutex);
     stopped = true;
-    for (const auto& [handle, port] : ports) {
-        port->packets.wake_all();
-        port->replies.wake_all();
+    table->wake_all();
+}
+
+// ------------------------------------------------------- the whole of it
+
+std::optional<PortStatus> PortService::status(std::string_view name) const
+{
+    const Lock lock(mutex);
+    const Port* port = table->find(name);
+    if (!port)
+        return std::nullopt;
+    PortStatus status;
+    status.handle = port->handle;
+    status.capacity = port->capacity;
+    status.depth = port->packets.content().size();
+    status.bytes = port->packets.size_in_bytes();
+    status.replies = port->replies.content().size();
+    status.waiting = port->packets.waiting();
+    status.host = port->host;
+    return status;
+}
+
+std::vector<std::string> PortService::names() const
+{
+    const Lock lock(mutex);
+    std::vector<std::string> result;
+    for (const auto& [handle, port] : table->all())
+        result.push_back(port->name);
+    return result;
+}
+
+PortTotals PortService::totals() const
+{
+    const Lock lock(mutex);
+    PortTotals totals;
+    totals.ports = table->all().size();
+    for (const auto& [handle, port] : table->all()) {
+        totals.packets += port->packets.content().size();
+        totals.replies += port->replies.content().size();
+        totals.bytes += port->packets.size_in_bytes() + port->replies.size_in_bytes();
     }
+    return totals;
+}
+
+PortsImage PortService::image() const
+{
+    const Lock lock(mutex);
+    return table->image();
+}
+
+vl_result PortService::check(const PortsImage& image) const
+{
+    return PortTable(limits.queue_bytes).fill(image) ? VL_OK : MIDPLUSDATA_IS_BAD;
+}
+
+vl_result PortService::restore(const PortsImage& image)
+{
+    auto restored = std::make_shared<PortTable>(limits.queue_bytes);
+    if (!restored->fill(image))
+        return MIDPLUSDATA_IS_BAD;
+    const Lock lock(mutex);
+    table.swap(restored);
+    restored->wake_all();
+    return VL_OK;
 }
 
 } // namespace velmo::model

@@ -9,21 +9,20 @@
 
 #include <chrono>
 #include <mutex>
-#include <string_view>
-#include <unordered_map>
 
-#include "server/model/port.h"
+#include "server/model/port_table.h"
 
 namespace velmo::model {
 
 struct PortLimits {
     std::uint32_t default_capacity = 1024;
     std::uint32_t max_capacity = 1u << 20;
-    std::size_t queue_bytes = 64u << 20; // of data in one queue
+    std::size_t queue_bytes = 64u << 20;  // of data in one queue
+    std::size_t packet_bytes = 64u << 20; // of one packet, or reply
+    std::size_t max_ports = 100000;
     std::chrono::milliseconds max_wait{20000};
+    std::chrono::milliseconds caller_check{200}; // how often a waiting caller is looked at
 };
-
-constexpr std::size_t max_name_bytes = 255;
 
 // How long an operation waits: not at all, or up to so many milliseconds, or as long
 // as the server allows, which is the limit for all of them.
@@ -36,6 +35,25 @@ struct ConnectionNames {
     std::string to;
 };
 
+// A port at one moment.
+struct PortStatus {
+    Handle handle = 0;
+    std::size_t capacity = 0; // packets
+    std::size_t depth = 0;    // packets queued
+    std::size_t bytes = 0;    // of data in them
+    std::size_t replies = 0;  // queued
+    std::size_t waiting = 0;  // receivers that wait for packets
+    std::string host;
+};
+
+// All ports together.
+struct PortTotals {
+    std::size_t ports = 0;
+    std::size_t packets = 0; // queued
+    std::size_t replies = 0; // queued
+    std::size_t bytes = 0;   // of data in either
+};
+
 struct ChannelNames {
     std::vector<std::string> outgoing;
     std::vector<std::string> incoming;
@@ -43,6 +61,10 @@ struct ChannelNames {
 
 // Results are the codes of vl_result.h, VL_OK being success. An operation that fails
 // has changed nothing. INVAILD_PORT_HANDLE: there is no port of that handle, or name.
+//
+// What may wait is told who calls. A caller that goes is noticed while it waits, and
+// its wait ends as if the time were over; no packet and no reply is handed to a caller
+// that is known to have gone. One that goes after that loses what it was handed.
 class PortService {
 public:
     explicit PortService(const PortLimits& limits = {});
@@ -55,6 +77,7 @@ public:
     //   INVAILD_NULL_PARAMETER  the name is empty
     //   PARAMETER_ERROR         the name is longer than max_name_bytes, or handle is 0
     //   OBJECT_ALREADY_EXSIT    the name or the handle is in use
+    //   MEMORY_ALLOCATION_FAI   there are as many ports as the server allows
     vl_result create_port(std::string_view name, Handle handle, std::uint32_t capacity);
 
     // Connects: packets sent on one port go to the other. mode: a ConnectionMode.
@@ -79,19 +102,21 @@ public:
     // Sends a packet to every port connected from this one, or to itself when there
     // is none. All receivers get it, or none does; but see enable_copy().
     //   INVAILD_PORT_HANDLE
-    //   SIZE_IS_NOT_MATCH  larger than a queue can ever hold
+    //   SIZE_IS_NOT_MATCH  larger than the limit, or than a queue can ever hold
     //   WOULD_BLOCK        no room (without a wait), SENDMSG_TIMEOUT (after it)
-    vl_result send_packet(Handle handle, const Data& data, WaitOption wait);
+    vl_result send_packet(Handle handle, const Data& data, WaitOption wait,
+                          const Caller& caller = resident_caller());
 
     // As send_packet(), but it is the next packet to be received.
-    vl_result send_packet_to_front(Handle handle, const Data& data, WaitOption wait);
+    vl_result send_packet_to_front(Handle handle, const Data& data, WaitOption wait,
+                                   const Caller& caller = resident_caller());
 
     // Takes the oldest packet; with `from`, the oldest that the port of that handle
     // has sent.
     //   INVAILD_PORT_HANDLE
     //   EMPTY_QUEUE  there is none (without a wait), TIME_OUT (after it)
-    vl_result receive_packet(Handle handle, std::uint64_t from, Data& data,
-                             WaitOption wait);
+    vl_result receive_packet(Handle handle, std::uint64_t from, Data& data, WaitOption wait,
+                             const Caller& caller = resident_caller());
 
     // Answers the oldest packet that was received on this port and not answered yet.
     // As many are remembered as its queue holds packets, the oldest being forgotten.
@@ -99,14 +124,16 @@ public:
     //   NON_EXIST_DATA     there is no such packet
     //   SIZE_IS_NOT_MATCH, WOULD_BLOCK, SENDMSG_TIMEOUT  as send_packet(), of the
     //                      replies that wait at the sender
-    vl_result reply_packet(Handle handle, const Data& data, WaitOption wait);
+    vl_result reply_packet(Handle handle, const Data& data, WaitOption wait,
+                           const Caller& caller = resident_caller());
 
     // Takes the oldest reply to the packets sent on this port.
     //   INVAILD_PORT_HANDLE
     //   NON_EXIST_DATA  (without a wait) no packet is left that could be answered
     //   EMPTY_QUEUE     (without a wait) no answer has come
     //   REPLAY_TIMEOUT  (after a wait) no answer has come
-    vl_result receive_reply(Handle handle, Data& data, WaitOption wait);
+    vl_result receive_reply(Handle handle, Data& data, WaitOption wait,
+                            const Caller& caller = resident_caller());
 
     // Whether each receiver gets its own copy of a packet (1, as with a new port), or
     // one of them in turn gets it (0; those without room are passed over).
@@ -120,11 +147,36 @@ public:
     // order of connecting.
     ChannelNames channels() const;
 
-    // The host registered with a port, empty for none.
-    std::string host_of(std::string_view name) const;
+    // A port at one moment; none when there is no such port.
+    std::optional<PortStatus> status(std::string_view name) const;
+
+    // The names of all ports, in no order.
+    std::vector<std::string> names() const;
+
+    PortTotals totals() const;
 
     // How many operations wait at this moment.
     std::size_t waiting() const;
+
+    // All of it at one moment; what a waiting receiver was handed is no more part of it.
+    // Blocks others for a few pointer copies per packet.
+    PortsImage image() const;
+
+    // What restore() would say to it.
+    //   MIDPLUSDATA_IS_BAD  a port without a good name and a handle of its own, a
+    //                       reference to a port that is not there, no data, connections
+    //                       that connect_port() would refuse
+    vl_result check(const PortsImage& image) const;
+
+    // Replaces everything by what an image holds, in one step, or nothing. The limits
+    // do not hold for what was saved under larger ones: a queue that is too full takes
+    // nothing more until it has been emptied that far. Every wait ends as if its time
+    // were over, and what waited to be sent is not sent.
+    //   MIDPLUSDATA_IS_BAD  as check()
+    vl_result restore(const PortsImage& image);
+
+    // Changes the limit for waits that begin from now on.
+    void set_max_wait(std::chrono::milliseconds max_wait);
 
     // Ends all waiting at once, as if the time were over, now and in the future.
     void stop();
@@ -134,26 +186,24 @@ private:
     class Send;
     class Reply;
 
-    Port* find(Handle handle) const;
-    Port* find(std::string_view name) const;
-    void disconnect(Connections::iterator connection);
-    vl_result send(Handle handle, const Data& data, WaitOption wait, End end);
-    vl_result complete(Lock& lock, Write& write, WaitOption wait);
+    vl_result send(Handle handle, const Data& data, WaitOption wait, const Caller& caller,
+                   End end);
+    vl_result check_size(const Data& data) const;
+    vl_result complete(Lock& lock, Write& write, WaitOption wait, const Caller& caller);
     bool await(Lock& lock, PacketQueue& queue, Receiver& receiver, WaitOption wait);
 
-    // Sleeps until condition() holds, the wait is over or stop() is called; gives
-    // condition().
+    // Sleeps until condition() holds; gives condition(). Returns also when the wait is
+    // over, the caller has gone, the ports have been replaced, or stop() is called.
     template <class Condition>
     bool sleep(Lock& lock, std::condition_variable& wake, WaitOption wait,
-               Condition condition);
+               const Caller& caller, Condition condition);
 
-    const PortLimits limits;
+    PortLimits limits; // of which max_wait may change, under the lock
     mutable std::mutex mutex;
     bool stopped = false;
     std::size_t asleep = 0;
-    std::unordered_map<Handle, std::unique_ptr<Port>> ports;
-    std::unordered_map<std::string_view, Port*> names; // views of the ports' names
-    Connections all_connections;
+    // Whoever waits at ports that are replaced keeps them until it has left.
+    std::shared_ptr<PortTable> table;
 };
 
 } // namespace velmo::model

@@ -4,21 +4,45 @@
 
 #include <string>
 
-#include "server/model/port_service.h"
+#include "server/model/contention_points.h"
+#include "server/model/event_points.h"
+#include "server/model/point_service.h"
+#include "server/model/port_points.h"
 
 namespace velmo::model {
 
+struct RealmLimits {
+    PortLimits ports;
+    PointLimits points;
+    EventLimits events;
+    ContentionLimits contention;
+};
+
 struct Realm {
-    Realm(std::string realm_name, const PortLimits& limits)
-        : name(std::move(realm_name)), ports(limits)
+    explicit Realm(std::string realm_name, const RealmLimits& limits = {})
+        : name(std::move(realm_name)), templates(limits.points.max_value_bytes),
+          points(templates, limits.points), ports(limits.ports), events(limits.events),
+          contention(limits.contention)
     {
+        points.add_system_points(port_points);
+        points.add_system_points(event_points);
+        points.add_system_points(contention_points);
     }
 
     // Ends all waiting, for good.
     void stop() { ports.stop(); }
 
     const std::string name; // empty for the unnamed realm
+    TemplateCatalogue templates;
+    PointService points;
     PortService ports;
+    EventService events;
+    ContentionService contention;
+
+private:
+    const PortPoints port_points{ports};
+    const EventPoints event_points{events};
+    const ContentionPoints contention_points{contention};
 };
 
 } // namespace velmo::model
