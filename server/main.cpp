@@ -2,12 +2,15 @@
 #include <pthread.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 #include "CQuilp.h"
+#include "server/log.h"
+#include "server/process.h"
 #include "server/server.h"
 
 namespace {
@@ -17,18 +20,26 @@ using server::Options;
 using server::Server;
 
 // Blocked in every thread, so that only sigwait() sees them.
-sigset_t block_end_signals()
+sigset_t block_signals()
 {
     sigset_t signals;
     sigemptyset(&signals);
-    sigaddset(&signals, SIGTERM);
-    sigaddset(&signals, SIGINT);
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP})
+        sigaddset(&signals, signal);
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     return signals;
 }
 
-void announce(const Options& options, const std::string& url)
+std::string status(const Server& velmod)
 {
+    return "Serving, naming " + velmod.naming_url();
+}
+
+void announce(const Options& options, const Server& velmod)
+{
+    const std::string& url = velmod.naming_url();
+    server::log_event("ready", {{"server", options.server}, {"naming", url}});
+    server::notify_ready(status(velmod));
     std::printf("velmod: server %s ready, naming %s\n", options.server.c_str(),
                 url.c_str());
     std::fflush(stdout);
@@ -36,25 +47,38 @@ void announce(const Options& options, const std::string& url)
         return;
     const std::string line = url + "\n";
     if (write(options.ready_fd, line.data(), line.size()) < 0)
-        CQuilp::instance()->vl_log("velmod: nobody reads descriptor %d", options.ready_fd);
+        server::log_event("unread", {{"descriptor", std::to_string(options.ready_fd)}});
     close(options.ready_fd);
 }
 
-int run(const Options& options, const sigset_t& end_signals)
+void reload(Server& velmod, const server::Arguments& arguments)
+{
+    server::notify_reloading();
+    try {
+        velmod.reload(server::read_options(arguments));
+    } catch (const std::exception& error) {
+        server::log_event("reload-failed", {{"reason", error.what()}});
+    }
+    server::notify_ready(status(velmod));
+}
+
+int run(const Options& options, const server::Arguments& arguments, const sigset_t& signals)
 {
     Server velmod(options);
-    announce(options, velmod.naming_url());
+    announce(options, velmod);
 
     int signal = 0;
-    sigwait(&end_signals, &signal);
-    CQuilp::instance()->vl_log("velmod: server %s stops (%s)", options.server.c_str(),
-                               strsignal(signal));
+    while (sigwait(&signals, &signal) != 0 || signal == SIGHUP)
+        reload(velmod, arguments);
+    server::log_event("stopping",
+                      {{"server", options.server}, {"signal", strsignal(signal)}});
+    server::notify_stopping();
     if (!velmod.stop()) {
-        CQuilp::instance()->vl_log(
-            "velmod: a client does not take its answer; ending anyway");
+        server::log_event("abandoned", {{"reason", "a client does not take its answer"}});
         CQuilp::instance()->flush();
         std::_Exit(EXIT_SUCCESS);
     }
+    server::log_event("stopped", {{"server", options.server}});
     return EXIT_SUCCESS;
 }
 
@@ -96,13 +120,14 @@ std::string cannot_register(const Options& options, const std::runtime_error& er
 
 int main(int argc, char** argv)
 {
-    int exit_status = EXIT_SUCCESS;
-    const std::optional<Options> options = server::parse_options(argc, argv, exit_status);
-    if (!options)
-        return exit_status;
-    const sigset_t end_signals = block_end_signals();
+    const server::Arguments arguments(argv + std::min(argc, 1), argv + argc);
+    std::optional<Options> options;
     try {
-        return run(*options, end_signals);
+        int exit_status = EXIT_SUCCESS;
+        options = server::parse_options(arguments, exit_status);
+        if (!options)
+            return exit_status;
+        return run(*options, arguments, block_signals());
     } catch (const orb::EndpointError& error) {
         return fail(cannot_listen(*options, error));
     } catch (const naming::RegistrationError& error) {

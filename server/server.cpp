@@ -1,9 +1,12 @@
 #include "server/server.h"
 
+#include <algorithm>
 #include <future>
 
-#include "CQuilp.h"
 #include "server/adapter.h"
+#include "server/log.h"
+#include "server/realms.h"
+#include "server/store/snapshot_store.h"
 
 namespace velmo::server {
 
@@ -11,15 +14,16 @@ namespace {
 
 constexpr std::chrono::seconds patience_with_clients{1};
 
-services::Realms make_realms(const Options& options)
+std::unique_ptr<store::SnapshotStore> open_store(const Options& options,
+                                                 const services::Realms& realms)
 {
-    model::PortLimits limits;
-    limits.max_wait = options.max_wait;
-    services::Realms realms;
-    realms.push_back(std::make_unique<model::Realm>("", limits));
-    for (const std::string& name : options.realms)
-        realms.push_back(std::make_unique<model::Realm>(name, limits));
-    return realms;
+    if (options.data_dir.empty())
+        return nullptr;
+    auto store = std::make_unique<store::SnapshotStore>(options.data_dir, options.server);
+    if (options.load)
+        for (const auto& realm : realms)
+            services::Snapshots(store.get(), *realm).load_all();
+    return store;
 }
 
 // Empty for none. One that nobody asked for is not worth failing.
@@ -38,19 +42,58 @@ std::string choose_socket_path(const Options& options)
         check_socket_path(*path);
         return *path;
     } catch (const std::runtime_error& error) {
-        CQuilp::instance()->vl_log("velmod: no unix socket: %s", error.what());
+        log_event("no-unix-socket", {{"reason", error.what()}});
         return "";
     }
 }
 
+// Whatever a client may send as far as the broker goes, so that servants get to refuse
+// it with a result code.
+unsigned long max_broker_message(const Limits& limits)
+{
+    constexpr unsigned long room_for_names = 1ul << 20;
+    return std::max(orb::max_message_bytes, limits.max_message + room_for_names);
+}
+
+void log_start(const Options& options)
+{
+    log_event("started", {{"server", options.server},
+                          {"version", VELMO_VERSION},
+                          {"file", options.file},
+                          {"data-dir", options.data_dir}});
+}
+
+void log_limits(const Limits& limits)
+{
+    log_event("limits", {{"max-points", std::to_string(limits.max_points)},
+                         {"max-queue-bytes", std::to_string(limits.max_queue_bytes)},
+                         {"max-message", std::to_string(limits.max_message)},
+                         {"max-wait", std::to_string(limits.max_wait.count())},
+                         {"lease", std::to_string(limits.lease.count())}});
+}
+
 } // namespace
 
-Server::Server(const Options& options)
-    : realms(make_realms(options)), socket_path(choose_socket_path(options)),
-      orb(orb::make_server_orb({options.endpoints, socket_path})), socket_file(socket_path)
+Server::Server(const Options& its_options)
+    : options(its_options), realms(make_realms(options)),
+      store(open_store(options, realms)),
+      calls(options.metrics ? &call_metrics : nullptr, options.limits.max_message),
+      socket_path(choose_socket_path(options)),
+      orb(orb::make_server_orb(
+          {options.endpoints, socket_path, max_broker_message(options.limits)})),
+      socket_file(socket_path)
 {
+    log_start(options);
+    log_limits(options.limits);
+    for (const auto& realm : realms)
+        log_event("realm", {{"name", services::shown_name(*realm)}});
     const std::vector<services::Service> all =
-        services::activate_services(orb.in(), realms);
+        services::activate_services(orb.in(), realms, calls, store.get());
+    log_event("listening", {{"address", host_and_port(orb::published_endpoint(
+                                            orb.in(), all.front().reference.in()))},
+                            {"unix", socket_path}});
+    if (options.metrics)
+        show_metrics();
     const std::vector<naming::Binding> bindings = naming::layout(all);
     if (options.naming.empty()) {
         own_naming = std::make_unique<naming::NamingTree>(orb.in(), bindings);
@@ -69,6 +112,33 @@ Server::Server(const Options& options)
     });
 }
 
+void Server::show_metrics()
+{
+    std::vector<const model::Realm*> shown;
+    for (const auto& realm : realms)
+        shown.push_back(realm.get());
+    exposition = std::make_unique<metrics::Exposition>(
+        host_and_port(*options.metrics),
+        metrics::Labels{{"server", options.server}, {"version", VELMO_VERSION}},
+        call_metrics, std::move(shown));
+    log_event("metrics",
+              {{"address", host_and_port({options.metrics->host, exposition->port()})}});
+}
+
+void Server::reload(const Options& wanted)
+{
+    for (const std::string& option : needing_restart(options, wanted))
+        log_event("needs-restart", {{"option", option}});
+    for (const std::string& name : reconfigure(realms, wanted))
+        log_event("needs-restart",
+                  {{"template", name}, {"reason", "there are points of it"}});
+    options.limits.max_points = wanted.limits.max_points;
+    options.limits.max_wait = wanted.limits.max_wait;
+    options.limits.lease = wanted.limits.lease;
+    log_event("reloaded", {{"file", wanted.file}});
+    log_limits(options.limits);
+}
+
 Server::~Server()
 {
     stop();
@@ -80,6 +150,7 @@ bool Server::stop()
         return true;
     for (const auto& realm : realms)
         realm->stop();
+    exposition.reset();
     if (registrar)
         registrar->unbind();
     socket_file.remove();

@@ -6,9 +6,11 @@
 #include <string>
 #include <thread>
 
+#include "server/metrics/exposition.h"
 #include "server/naming/naming_tree.h"
 #include "server/naming/registrar.h"
 #include "server/options.h"
+#include "server/services/calls.h"
 #include "server/services/services.h"
 #include "server/unix_socket.h"
 
@@ -17,8 +19,9 @@ namespace velmo::server {
 // Serves from its construction until stop(). One thread uses it.
 class Server {
 public:
-    // Throws orb::EndpointError, naming::RegistrationError, std::runtime_error (the
-    // unix socket) and CORBA::Exception. Then the process has to end.
+    // Throws store::StoreError, orb::EndpointError, naming::RegistrationError,
+    // std::runtime_error (the unix socket) and CORBA::Exception. Then the process has to
+    // end. A faulty template is a model::TemplateError.
     explicit Server(const Options& options);
 
     // Calls stop().
@@ -29,14 +32,26 @@ public:
     // The naming service in which clients find it.
     const std::string& naming_url() const { return url; }
 
+    // Takes over what can change while it runs: some limits, and templates that no point
+    // is made from. Logs what it takes over, and what needs a restart. Throws
+    // model::TemplateError, having changed nothing.
+    void reload(const Options& wanted);
+
     // Ends all waiting, removes its names, and lets calls in progress end. Blocks for
-    // two seconds at most; false when a client has held it up for that long, in which
-    // case the process must end at once, without destructors.
+    // little more than three seconds at most; false when a client has held it up for that
+    // long, in which case the process must end at once, without destructors.
     bool stop();
 
 private:
+    void show_metrics();
+
+    Options options; // with what reload() has changed
     services::Realms realms;
-    std::string socket_path;
+    std::unique_ptr<store::SnapshotStore> store; // null without a data folder
+    metrics::CallMetrics call_metrics;
+    const services::Calls calls;
+    std::unique_ptr<metrics::Exposition> exposition; // null without metrics
+    const std::string socket_path;
     CORBA::ORB_var orb;
     SocketFile socket_file; // not before the broker has made it
     std::unique_ptr<naming::NamingTree> own_naming;

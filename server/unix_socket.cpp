@@ -6,11 +6,14 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cctype>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <stdexcept>
+#include <system_error>
 #include <vector>
 
 namespace velmo::server {
@@ -56,6 +59,37 @@ bool somebody_answers(const std::string& path)
     return connected;
 }
 
+// The socket of a server whose port was unknown is named after its process.
+constexpr const char* process_mark = "pid-";
+constexpr const char* extension = ".sock";
+
+// The process that a socket of that kind belongs to, or none.
+std::optional<pid_t> process_of(const std::string& file)
+{
+    const std::size_t mark = file.rfind(process_mark);
+    if (mark == std::string::npos || std::filesystem::path(file).extension() != extension)
+        return std::nullopt;
+    const std::string number =
+        std::filesystem::path(file.substr(mark + std::strlen(process_mark))).stem();
+    const bool digits = !number.empty() && number.size() < 10 &&
+                        number.find_first_not_of("0123456789") == std::string::npos;
+    return digits ? std::optional<pid_t>(std::stoi(number)) : std::nullopt;
+}
+
+// Removes the sockets that killed servers have left: nobody else does, since no server
+// gets the same name again. A live process may be about to listen; a foreign one, in
+// another container, answers.
+void remove_stale_sockets(const std::string& folder)
+{
+    std::error_code ignored;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
+        const auto process = process_of(entry.path().filename());
+        if (process && entry.is_socket(ignored) && kill(*process, 0) != 0 &&
+            errno == ESRCH && !somebody_answers(entry.path()))
+            unlink(entry.path().c_str());
+    }
+}
+
 } // namespace
 
 bool is_private_folder(const std::string& path)
@@ -77,12 +111,14 @@ std::optional<std::string> default_socket_path(const std::string& server,
     // A port that is yet unknown tells servers apart no more than it returns.
     const std::string place = endpoint.port
                                   ? endpoint.host + "-" + std::to_string(endpoint.port)
-                                  : "pid-" + std::to_string(getpid());
-    const std::string name = file_name(server + "-" + place + ".sock");
+                                  : process_mark + std::to_string(getpid());
+    const std::string name = file_name(server + "-" + place + extension);
     for (const std::string& folder : candidate_folders()) {
         const std::string path = folder + "/" + name;
-        if (path.size() <= max_path_bytes && is_private_folder(folder))
-            return path;
+        if (path.size() > max_path_bytes || !is_private_folder(folder))
+            continue;
+        remove_stale_sockets(folder);
+        return path;
     }
     return std::nullopt;
 }

@@ -13,7 +13,7 @@ namespace velmo::server {
 // A path for the socket of a server that listens at this endpoint: the same one for
 // the same server, but no other live server's. It is in a folder that belongs to this
 // user and is closed to everybody else, which is created if need be; none when there
-// is no such folder.
+// is no such folder. Sockets that killed servers have left there are removed.
 std::optional<std::string> default_socket_path(const std::string& server,
                                                const orb::Endpoint& endpoint);
 

@@ -4,18 +4,22 @@
 
 #include "orb/server.h"
 #include "orb/skeletons.h"
+#include "server/services/calls.h"
+#include "server/model/event_service.h"
 #include "server/model/port_service.h"
+#include "server/services/snapshots.h"
 
 namespace velmo::services {
 
-// Hands every operation on to the model, which has their meaning and results.
-// Events and snapshots raise NO_IMPLEMENT. Out sequences are set before anything can
-// fail: a broker may crash on one that is not.
+// Hands every operation on to the models, which have their meaning and results. A count
+// of events beyond what travels is the highest that does. Out sequences are set before
+// anything can fail: a broker may crash on one that is not.
 class PortServant : public virtual POA_Velmo::DT_PORT_SVC::Port_Factory,
                     public virtual orb::ServantBase {
 public:
-    // The model must outlive the servant.
-    explicit PortServant(model::PortService& model);
+    // The models must outlive the servant.
+    PortServant(model::PortService& port_model, model::EventService& event_model,
+                const Snapshots& realm_snapshots, const Calls& calls);
 
     CORBA::Long connect_port(const char* from_name, const char* to_name, CORBA::ULong mode,
                              CORBA::ULong flags, const char* remark) override;
@@ -55,7 +59,10 @@ public:
     CORBA::Long enable_copy(const char* port_name, CORBA::ULong enable) override;
 
 private:
+    const Calls& call;
     model::PortService& ports;
+    model::EventService& events;
+    const Snapshots snapshots;
 };
 
 } // namespace velmo::services

@@ -23,14 +23,19 @@ inline void fill(Velmo::DATA_BUFFER& sequence, const model::Bytes& bytes)
     std::copy(bytes.begin(), bytes.end(), sequence.get_buffer());
 }
 
-// The caller owns the result.
-inline Velmo::NAME_SEQ* name_sequence(const std::vector<std::string>& names)
+inline void fill(Velmo::NAME_SEQ& sequence, const std::vector<std::string>& names)
 {
-    Velmo::NAME_SEQ_var sequence = new Velmo::NAME_SEQ;
-    sequence->length(static_cast<CORBA::ULong>(names.size()));
-    for (CORBA::ULong i = 0; i < sequence->length(); ++i)
+    sequence.length(static_cast<CORBA::ULong>(names.size()));
+    for (CORBA::ULong i = 0; i < sequence.length(); ++i)
         sequence[i] = CORBA::string_dup(names[i].c_str());
-    return sequence._retn();
+}
+
+// For a text that has been set before.
+inline void fill(CORBA::String_out& text, const std::string& with)
+{
+    char* const replacement = CORBA::string_dup(with.c_str());
+    CORBA::string_free(text.ptr());
+    text = replacement;
 }
 
 } // namespace velmo::services

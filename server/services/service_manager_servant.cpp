@@ -5,15 +5,21 @@
 
 namespace velmo::services {
 
-ServiceManagerServant::ServiceManagerServant(std::vector<std::string> realms)
-    : names(std::move(realms))
+using metrics::Operation;
+
+ServiceManagerServant::ServiceManagerServant(std::vector<std::string> realms,
+                                             const Calls& calls)
+    : call(calls), names(std::move(realms))
 {
 }
 
 CORBA::Long ServiceManagerServant::get_releam_seq(Velmo::NAME_SEQ_out realms)
 {
-    realms = name_sequence(names);
-    return VL_OK;
+    realms = new Velmo::NAME_SEQ;
+    return call(Operation::get_releam_seq, [&] {
+        fill(*realms.ptr(), names);
+        return VL_OK;
+    });
 }
 
 } // namespace velmo::services

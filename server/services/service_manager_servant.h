@@ -7,6 +7,7 @@
 
 #include "orb/server.h"
 #include "orb/skeletons.h"
+#include "server/services/calls.h"
 
 namespace velmo::services {
 
@@ -14,11 +15,12 @@ class ServiceManagerServant : public virtual POA_Velmo::VelmoServiceManager,
                               public virtual orb::ServantBase {
 public:
     // realms: the names that clients are shown.
-    explicit ServiceManagerServant(std::vector<std::string> realms);
+    ServiceManagerServant(std::vector<std::string> realms, const Calls& calls);
 
     CORBA::Long get_releam_seq(Velmo::NAME_SEQ_out realms) override;
 
 private:
+    const Calls& call;
     const std::vector<std::string> names;
 };
 

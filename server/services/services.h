@@ -8,8 +8,13 @@
 
 #include "orb/corba.h"
 #include "server/model/realm.h"
+#include "server/services/calls.h"
+#include "server/services/snapshots.h"
 
 namespace velmo::services {
+
+// Its name in what people read.
+std::string shown_name(const model::Realm& realm);
 
 using Realms = std::vector<std::unique_ptr<model::Realm>>;
 
@@ -20,9 +25,13 @@ struct Service {
 };
 
 // Activates the services of every realm and the service manager, in an adapter of
-// their own: the references stay good over a restart. The realms must outlive the
-// ORB. Throws CORBA::Exception.
-std::vector<Service> activate_services(CORBA::ORB_ptr orb, const Realms& realms);
+// their own: the references stay good over a restart. The realms, what their calls have
+// in common, and the store where their snapshots are kept (null: nowhere) must outlive
+// the ORB. Throws
+// CORBA::Exception.
+std::vector<Service> activate_services(CORBA::ORB_ptr orb, const Realms& realms,
+                                       const Calls& calls,
+                                       store::SnapshotStore* store = nullptr);
 
 } // namespace velmo::services
 

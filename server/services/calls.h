@@ -1,0 +1,73 @@
+// What every call of a client has in common.
+#ifndef VELMO_SERVER_SERVICES_CALLS_H
+#define VELMO_SERVER_SERVICES_CALLS_H
+
+#include <cstddef>
+#include <new>
+#include <type_traits>
+
+#include "orb/skeletons.h"
+#include "server/metrics/call_metrics.h"
+#include "vl_result.h"
+
+namespace velmo::services {
+
+// Servants hand their operations to it, as functions that give a result code or, where
+// the operation gives one, a text. It measures them, refuses data that is too large, and
+// turns a lack of memory into a result code. Any function from any thread.
+class Calls {
+public:
+    // metrics: null for none; must outlive this. max_data: bytes of one call's data.
+    Calls(metrics::CallMetrics* call_metrics, std::size_t max_data)
+        : metrics(call_metrics), max_message(max_data)
+    {
+    }
+
+    //   MEMORY_ALLOCATION_FAI
+    template <class Body>
+    auto operator()(metrics::Operation operation, Body body) const
+    {
+        metrics::Measurement measurement(metrics, operation);
+        const auto result = [&] {
+            if constexpr (std::is_pointer_v<decltype(body())>)
+                return body();
+            else
+                return code_of(body);
+        }();
+        measurement.ended(failed(result) ? metrics::Outcome::code
+                                         : metrics::Outcome::success);
+        return result;
+    }
+
+    // For an operation with data from the client.
+    //   SIZE_IS_NOT_MATCH  there is more than may be
+    template <class Body>
+    CORBA::Long operator()(metrics::Operation operation, const Velmo::DATA_BUFFER& data,
+                           Body body) const
+    {
+        return (*this)(operation, [&]() -> CORBA::Long {
+            return data.length() > max_message ? SIZE_IS_NOT_MATCH : body();
+        });
+    }
+
+private:
+    template <class Body>
+    static CORBA::Long code_of(Body& body)
+    {
+        try {
+            return body();
+        } catch (const std::bad_alloc&) {
+            return MEMORY_ALLOCATION_FAI;
+        }
+    }
+
+    static bool failed(CORBA::Long result) { return result != VL_OK; }
+    static bool failed(const char*) { return false; }
+
+    metrics::CallMetrics* const metrics;
+    const std::size_t max_message;
+};
+
+} // namespace velmo::services
+
+#endif
