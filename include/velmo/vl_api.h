@@ -27,11 +27,16 @@
  *              a positive length ("bad data"), and NULL where results are to go give
  *              the function's own failure code; no call is made then, nothing is
  *              logged, and the service is not looked up afresh.
+ *   Limits     any function with a server gives 5 (MEMORY_ALLOCATION_FAI) when the server
+ *              has no memory left, and 4001 (SIZE_IS_NOT_MATCH), before anything else,
+ *              for data above its limit (velmod: --max-message, 64 MiB).
  *   Results    out parameters are written on success only, unless a function says so.
  *   Memory     blocks that the library allocates are freed with
  *              vl_free_memory(&pointer); strings that it hands out (names,
  *              descriptions, types, texts) with vl_string_free() of vl_util.h.
- *              Nothing else is to be freed.
+ *              Nothing else is to be freed. When the memory of this process runs out
+ *              during a call, a list may be left with a count and an incomplete array:
+ *              after a function's own failure code a list is not to be walked.
  *   Blocking   until the server has answered, at most for the call time-out
  *              (call_timeout_ms, 30 s by default); the first call to a service, and
  *              the first after a failure, in addition asks the naming service
@@ -161,9 +166,11 @@ VL_EXPORT void vl_free_memory(void** p);
  * @param port      its name, unique in the server and realm
  * @param handle    any number but 0, chosen by the caller, unique as well; the functions
  *                  on packets know the port by it
- * @param capacity  packets that the queue holds, 0 for the server's default (1024)
+ * @param capacity  packets that the queue holds, 0 for the server's default (1024); more
+ *                  than the server's limit (1,048,576) means the limit
  * @retval 0     created
  * @retval 4     the name is too long, or handle is 0
+ * @retval 5     the server holds no more ports
  * @retval 2014  the name or the handle is in use
  * @retval 3007  the name is empty
  * @retval 112   the call failed (logged)
@@ -606,7 +613,7 @@ VL_EXPORT int vl_check_null_data(NameList* list, const char* server_name,
  *
  * @param list  is filled only when the result is 0; free it as shown at NameList
  * @retval 0     done
- * @retval 3006  there is none
+ * @retval 3006  there is none; not from velmod, which always has some
  * @retval 140   the call failed, or list is NULL
  * @retval 3000,99
  */
@@ -659,7 +666,7 @@ VL_EXPORT int get_dtp_info2(const char* point_name, char** text1, char** text2, 
  * @param data         the points' names, one a line; the last line's end may be missing
  * @param size         of the names in bytes
  * @retval 0     all are created
- * @retval 4     a name is too long, or the server's own
+ * @retval 4     a name is too long, has a NUL in it, or is the server's own
  * @retval 2014  there is a point of one of the names, or two lines are alike
  * @retval 3007  a name or a line is empty, or there is no line
  * @retval 3008  the server does not hold so many points
@@ -681,7 +688,8 @@ VL_EXPORT int vl_create_set(const char* first_name, const char* second_name,
  */
 VL_EXPORT int vl_make_dt_snapshot(const char* server_name, const char* releam);
 
-/** Does nothing: a server loads its templates when it starts. Contacts nobody.
+/** Does nothing: templates are loaded when a server starts (velmod --load). Contacts
+ * nobody.
  *
  * @retval 0  always
  */
@@ -707,8 +715,8 @@ VL_EXPORT int vl_make_dtp_snapshot(const char* server_name, const char* releam);
  */
 VL_EXPORT int vl_load_dtp_snapshot(const char* server_name, const char* releam);
 
-/** Saves the ports of a server and realm with their connections and queues, and the events,
- * as they are at one moment; they replace the ones saved before.
+/** Saves the ports of a server and realm with their connections and queues as they are at
+ * one moment, then the events likewise; they replace the ones saved before.
  *
  * @retval 0     saved, and safe on disk
  * @retval 2022  the server keeps no snapshots, or could not write this one; then the one
@@ -718,7 +726,7 @@ VL_EXPORT int vl_load_dtp_snapshot(const char* server_name, const char* releam);
  */
 VL_EXPORT int vl_make_port_snapshot(const char* server_name, const char* releam);
 
-/** Does nothing: a server loads its ports when it starts. Contacts nobody.
+/** Does nothing: ports are loaded when a server starts (velmod --load). Contacts nobody.
  *
  * @retval 0  always
  */
@@ -731,9 +739,11 @@ VL_EXPORT int vl_load_port_snapshot(const char* server_name, const char* releam)
  * master, and among equals the one that registered first. A contender that does not renew
  * its standing within the lease (velmod: --lease, 10 s) is out.
  *
- * Who is master is told by the points "$SYS/contention/GROUP/master" and ".../epoch". A
- * master passes the epoch, which rises with every change of master, along with its work,
- * so that what an earlier one still sends can be told apart and refused.
+ * Who is master is told by points: "$SYS/contention/GROUP/state" has the epoch, which
+ * rises with every change of master, and the master's name; ".../contenders/NAME/token"
+ * exists only while that contender is master, and has its epoch. A master passes the epoch
+ * along with its work, so that what an earlier one still sends can be told apart and
+ * refused.
  *
  * @param group      the group's name
  * @param contender  its name in the group
