@@ -1,15 +1,6 @@
 // Packets and replies through the real server, as C programs send them.
 
-#include "vl_api.h"
-
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <string>
-#include <vector>
-
-#include "tests/support/settings_file.h"
-#include "tests/support/velmod.h"
+#include "tests/e2e/one_server.h"
 
 using namespace velmo::tests;
 
@@ -17,7 +8,7 @@ namespace {
 
 enum : unsigned int { from = 1, to = 2, unknown = 99 };
 
-class Packets : public ::testing::Test {
+class Packets : public OneServer {
 protected:
     void SetUp() override
     {
@@ -25,26 +16,6 @@ protected:
         ASSERT_EQ(vl_create_port("to", to, 0, nullptr, nullptr), VL_OK);
         ASSERT_EQ(vl_connect_port("from", "to", 30001, 0, "", nullptr, nullptr), VL_OK);
     }
-
-    static int send(const std::string& text)
-    {
-        return vl_send_packet(from, text.data(), static_cast<int>(text.size()), 0, nullptr,
-                              nullptr);
-    }
-
-    static int receive(unsigned int port, std::string& text, void* sender = nullptr)
-    {
-        void* data = nullptr;
-        unsigned int length = 0;
-        const int code =
-            vl_receive_packetv(port, sender, &data, &length, 0, nullptr, nullptr);
-        text.assign(static_cast<const char*>(data ? data : ""), length);
-        vl_free_memory(&data);
-        return code;
-    }
-
-    Velmod velmod;
-    SettingsFile settings{"local=\"S\"", {{"S", velmod.naming_url()}}};
 };
 
 TEST_F(Packets, ArriveInOrderAndByteForByte)
@@ -52,23 +23,18 @@ TEST_F(Packets, ArriveInOrderAndByteForByte)
     std::string every_byte;
     for (int i = 0; i < 256; ++i)
         every_byte += static_cast<char>(i);
-    ASSERT_EQ(send(every_byte), VL_OK);
-    ASSERT_EQ(send("second"), VL_OK);
-    std::string text;
-    EXPECT_EQ(receive(to, text), VL_OK);
-    EXPECT_EQ(text, every_byte);
-    EXPECT_EQ(receive(to, text), VL_OK);
-    EXPECT_EQ(text, "second");
-    EXPECT_EQ(receive(to, text), EMPTY_QUEUE);
+    ASSERT_EQ(send(from, every_byte), VL_OK);
+    ASSERT_EQ(send(from, "second"), VL_OK);
+    EXPECT_EQ(receive(to), every_byte);
+    EXPECT_EQ(receive(to), "second");
+    EXPECT_EQ(receive(to), "[2002]");
 }
 
 TEST_F(Packets, OfMegabytesPass)
 {
     const std::string large(8 << 20, 'x');
-    ASSERT_EQ(send(large), VL_OK);
-    std::string text;
-    ASSERT_EQ(receive(to, text), VL_OK);
-    EXPECT_TRUE(text == large);
+    ASSERT_EQ(send(from, large), VL_OK);
+    EXPECT_TRUE(receive(to) == large);
 }
 
 TEST_F(Packets, WithoutDataAreBlocksToFree)
@@ -85,7 +51,7 @@ TEST_F(Packets, WithoutDataAreBlocksToFree)
 
 TEST_F(Packets, IntoABufferFitExactly)
 {
-    ASSERT_EQ(send("four"), VL_OK);
+    ASSERT_EQ(send(from, "four"), VL_OK);
     char buffer[5] = "....";
     EXPECT_EQ(vl_receive_packet(to, nullptr, buffer, 4, 0, nullptr, nullptr), VL_OK);
     EXPECT_STREQ(buffer, "four");
@@ -95,11 +61,9 @@ TEST_F(Packets, OfOneSenderAreTakenByItsHandle)
 {
     ASSERT_EQ(vl_create_port("other", 3, 0, nullptr, nullptr), VL_OK);
     ASSERT_EQ(vl_connect_port("other", "to", 30001, 0, "", nullptr, nullptr), VL_OK);
-    ASSERT_EQ(send("from the first"), VL_OK);
+    ASSERT_EQ(send(from, "from the first"), VL_OK);
     ASSERT_EQ(vl_send_packet(3, "from the other", 14, 0, nullptr, nullptr), VL_OK);
-    std::string text;
-    EXPECT_EQ(receive(to, text, reinterpret_cast<void*>(std::uintptr_t{3})), VL_OK);
-    EXPECT_EQ(text, "from the other");
+    EXPECT_EQ(receive(to, 0, 3), "from the other");
 }
 
 TEST_F(Packets, AreAnswered)
@@ -108,9 +72,8 @@ TEST_F(Packets, AreAnswered)
     unsigned int length = 0;
     EXPECT_EQ(vl_receive_reply2(from, &data, &length, 0, nullptr, nullptr), NON_EXIST_DATA);
     EXPECT_EQ(vl_reply_packet(to, "x", 1, 0, nullptr, nullptr), NON_EXIST_DATA);
-    ASSERT_EQ(send("question"), VL_OK);
-    std::string text;
-    ASSERT_EQ(receive(to, text), VL_OK);
+    ASSERT_EQ(send(from, "question"), VL_OK);
+    ASSERT_EQ(receive(to), "question");
     EXPECT_EQ(vl_receive_reply2(from, &data, &length, 20, nullptr, nullptr),
               REPLAY_TIMEOUT);
     ASSERT_EQ(vl_reply_packet(to, "answer", 6, 0, nullptr, nullptr), VL_OK);
@@ -121,8 +84,7 @@ TEST_F(Packets, AreAnswered)
 
 TEST_F(Packets, CodesOfTheServerComeBackUnchanged)
 {
-    std::string text;
-    EXPECT_EQ(receive(unknown, text), INVAILD_PORT_HANDLE);
+    EXPECT_EQ(receive(unknown), "[2007]");
     EXPECT_EQ(vl_send_packet(unknown, "x", 1, 0, nullptr, nullptr), INVAILD_PORT_HANDLE);
     EXPECT_EQ(vl_connect_port("from", "to", 30001, 0, "", nullptr, nullptr),
               ALREADY_CONNECTED);
@@ -146,8 +108,7 @@ TEST_F(Packets, BadDataAreRefusedAndTheReferenceStays)
     EXPECT_EQ(vl_receive_packetv(to, nullptr, &data, nullptr, 0, nullptr, nullptr), 123);
     EXPECT_EQ(vl_receive_reply2(from, nullptr, &length, 0, nullptr, nullptr), 127);
     EXPECT_EQ(vl_receive_reply2(from, &data, nullptr, 0, nullptr, nullptr), 127);
-    std::string text;
-    EXPECT_EQ(receive(to, text), EMPTY_QUEUE) << "nothing was sent, nothing consumed";
+    EXPECT_EQ(receive(to), "[2002]") << "nothing was sent, nothing consumed";
 }
 
 TEST_F(Packets, NullNamesReachTheServerAsEmptyOnes)

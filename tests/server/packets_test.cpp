@@ -41,7 +41,8 @@ TEST_F(Packets, AConnectedPortSendsToItsReceiverAndKeepsNothing)
 TEST_F(Packets, UnknownHandlesAreRefused)
 {
     EXPECT_EQ(send(7, "x", long_enough), INVAILD_PORT_HANDLE);
-    EXPECT_EQ(ports.send_packet_to_front(7, data("x"), long_enough), INVAILD_PORT_HANDLE);
+    EXPECT_EQ(ports.send_packet_to_front(7, bytes_of("x"), long_enough),
+              INVAILD_PORT_HANDLE);
     EXPECT_EQ(receive(7, long_enough), "[2007]");
     EXPECT_EQ(reply(7, "x", long_enough), INVAILD_PORT_HANDLE);
     EXPECT_EQ(receive_reply(7, long_enough), "[2007]");
@@ -63,7 +64,7 @@ TEST_F(Packets, CopiesShareTheirBytes)
     create({1, 2, 3});
     ASSERT_EQ(connect(1, 2), VL_OK);
     ASSERT_EQ(connect(1, 3), VL_OK);
-    const model::Data sent = data("x");
+    const model::Data sent = bytes_of("x");
     ASSERT_EQ(ports.send_packet(1, sent, 0), VL_OK);
     for (const model::Handle port : {2u, 3u}) {
         model::Data got;
@@ -155,9 +156,9 @@ TEST(PacketLimits, ACapacityBeyondTheLimitIsTheLimit)
     limits.max_capacity = 2;
     model::PortService ports(limits);
     ASSERT_EQ(ports.create_port("p", 1, 0xFFFFFFFF), VL_OK);
-    EXPECT_EQ(ports.send_packet(1, data("a"), 0), VL_OK);
-    EXPECT_EQ(ports.send_packet(1, data("b"), 0), VL_OK);
-    EXPECT_EQ(ports.send_packet(1, data("c"), 0), WOULD_BLOCK);
+    EXPECT_EQ(ports.send_packet(1, bytes_of("a"), 0), VL_OK);
+    EXPECT_EQ(ports.send_packet(1, bytes_of("b"), 0), VL_OK);
+    EXPECT_EQ(ports.send_packet(1, bytes_of("c"), 0), WOULD_BLOCK);
 }
 
 TEST_F(PacketsInTenBytes, AQueueIsBoundedInBytes)
@@ -177,7 +178,7 @@ TEST_F(PacketsInTenBytes, APacketThatCanNeverFitIsRefusedAtOnce)
     create({1});
     EXPECT_EQ(send(1, "1234567890"), VL_OK);
     EXPECT_EQ(send(1, "12345678901", long_enough), SIZE_IS_NOT_MATCH);
-    EXPECT_EQ(ports.send_packet_to_front(1, data("12345678901"), long_enough),
+    EXPECT_EQ(ports.send_packet_to_front(1, bytes_of("12345678901"), long_enough),
               SIZE_IS_NOT_MATCH);
 }
 
@@ -186,16 +187,16 @@ TEST_F(Packets, ToFrontOvertakesWhatIsQueued)
     create({1, 2});
     ASSERT_EQ(connect(1, 2), VL_OK);
     ASSERT_EQ(send(1, "a"), VL_OK);
-    ASSERT_EQ(ports.send_packet_to_front(1, data("b"), 0), VL_OK);
-    ASSERT_EQ(ports.send_packet_to_front(1, data("c"), 0), VL_OK);
+    ASSERT_EQ(ports.send_packet_to_front(1, bytes_of("b"), 0), VL_OK);
+    ASSERT_EQ(ports.send_packet_to_front(1, bytes_of("c"), 0), VL_OK);
     EXPECT_EQ(drain(2), "cba");
 }
 
 TEST_F(Packets, ToFrontNeedsRoomAsWell)
 {
     create({1}, 1);
-    ASSERT_EQ(ports.send_packet_to_front(1, data("a"), 0), VL_OK);
-    EXPECT_EQ(ports.send_packet_to_front(1, data("b"), 0), WOULD_BLOCK);
+    ASSERT_EQ(ports.send_packet_to_front(1, bytes_of("a"), 0), VL_OK);
+    EXPECT_EQ(ports.send_packet_to_front(1, bytes_of("b"), 0), WOULD_BLOCK);
 }
 
 TEST_F(Packets, FromTakesTheOldestOfThatSender)

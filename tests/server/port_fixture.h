@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "server/model/port_service.h"
+#include "tests/server/images.h"
 #include "tests/support/eventually.h"
 
 namespace velmo::tests {
@@ -18,11 +19,6 @@ constexpr std::uint32_t from_host = 30004;
 
 constexpr model::WaitOption long_enough = 60000; // for what is bound to come
 constexpr model::WaitOption short_wait = 20;     // for what does not
-
-inline model::Data data(const std::string& text)
-{
-    return std::make_shared<const model::Bytes>(text.begin(), text.end());
-}
 
 inline model::PortLimits patient_limits()
 {
@@ -61,12 +57,12 @@ protected:
 
     vl_result send(model::Handle port, const std::string& text, model::WaitOption wait = 0)
     {
-        return ports.send_packet(port, data(text), wait);
+        return ports.send_packet(port, bytes_of(text), wait);
     }
 
     vl_result reply(model::Handle port, const std::string& text, model::WaitOption wait = 0)
     {
-        return ports.reply_packet(port, data(text), wait);
+        return ports.reply_packet(port, bytes_of(text), wait);
     }
 
     // What a port receives, or the code in brackets.
@@ -102,14 +98,14 @@ protected:
         return result;
     }
 
-    model::PortService ports;
-
-private:
+    // The packet, or the code in brackets.
     static std::string text_of(vl_result result, const model::Data& packet)
     {
         return result == VL_OK ? std::string(packet->begin(), packet->end())
                                : "[" + std::to_string(result) + "]";
     }
+
+    model::PortService ports;
 };
 
 } // namespace velmo::tests

@@ -146,6 +146,42 @@ TEST_F(PortStress, QuestionsAndAnswersWhileConnectionsChange)
         thread.join();
 }
 
+TEST_F(PortStress, SavingAndRestoringWhileEverybodyWorks)
+{
+    create({1, 2});
+    create({3, 4}, 2);
+    ASSERT_EQ(connect(1, 3), VL_OK);
+    ASSERT_EQ(connect(2, 3), VL_OK);
+    ASSERT_EQ(connect(2, 4), VL_OK);
+    std::vector<std::thread> threads;
+    for (const model::Handle port : {1u, 2u})
+        threads.emplace_back([=] {
+            for (int i = 0; i < packets; ++i) {
+                send(port, "question", 1);
+                receive_reply(port, 1);
+            }
+        });
+    for (const model::Handle port : {3u, 3u, 4u})
+        threads.emplace_back([=] {
+            for (int i = 0; i < packets; ++i) {
+                const std::string got = receive(port, 1);
+                ASSERT_TRUE(got == "question" || got == "[2000]") << got;
+                reply(port, "answer", 1);
+            }
+        });
+    for (int i = 0; i < packets; ++i) {
+        const model::PortsImage image = ports.image();
+        ASSERT_EQ(ports.check(image), VL_OK);
+        if (i % 3 == 0) {
+            ASSERT_EQ(ports.restore(image), VL_OK);
+        }
+        ASSERT_EQ(ports.totals().ports, 4u);
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(ports.waiting(), 0u);
+}
+
 TEST_F(PortStress, StoppingWhileEverybodyWaits)
 {
     create({1}, 1);

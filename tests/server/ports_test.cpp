@@ -179,9 +179,9 @@ TEST_F(Ports, AHostRegistersWithItsConnectedPort)
 {
     create({1, 2});
     ASSERT_EQ(connect(1, 2, from_host), VL_OK);
-    EXPECT_EQ(ports.host_of("p1"), "");
+    EXPECT_EQ(ports.status("p1")->host, "");
     EXPECT_EQ(ports.register_port_host("p1", "host.example"), VL_OK);
-    EXPECT_EQ(ports.host_of("p1"), "host.example");
+    EXPECT_EQ(ports.status("p1")->host, "host.example");
 }
 
 TEST_F(Ports, AHostNeedsAConnectionOfItsModeToRegister)
@@ -190,7 +190,7 @@ TEST_F(Ports, AHostNeedsAConnectionOfItsModeToRegister)
     EXPECT_EQ(ports.register_port_host("p1", "host"), NOT_CONNECTED);
     ASSERT_EQ(connect(1, 2, plain), VL_OK);
     EXPECT_EQ(ports.register_port_host("p1", "host"), NOT_CONNECTED);
-    EXPECT_EQ(ports.host_of("p1"), "");
+    EXPECT_EQ(ports.status("p1")->host, "");
 }
 
 TEST_F(Ports, ABadRegistrationOfAHostIsRefused)

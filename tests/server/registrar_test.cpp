@@ -111,7 +111,7 @@ TEST_F(Registrar, ANamingServiceThatHasGoneDoesNotKeepItFromStopping)
     Velmod velmod({"--naming", url});
     names->kill();
     EXPECT_EQ(velmod.stop(), 0);
-    EXPECT_TRUE(contains(velmod.process().err(), "cannot withdraw"));
+    EXPECT_TRUE(contains(velmod.process().err(), "event=cannot-withdraw"));
 }
 
 TEST_F(Registrar, ANamingServiceThatHangsDoesNotKeepItFromStopping)

@@ -4,6 +4,8 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstring>
 #include <fstream>
@@ -66,6 +68,38 @@ TEST_F(UnixSocket, WithAPortThatIsYetUnknownThePathIsTheProcesss)
 {
     const auto path = default_socket_path("0000", {"127.0.0.1", 0});
     EXPECT_EQ(path, inside("velmo/0000-pid-" + std::to_string(getpid()) + ".sock"));
+}
+
+// A process that has ended and been waited for.
+pid_t gone_process()
+{
+    const pid_t child = fork();
+    if (child == 0)
+        _exit(0);
+    waitpid(child, nullptr, 0);
+    return child;
+}
+
+TEST_F(UnixSocket, WhatAKilledServerLeftIsRemoved)
+{
+    ASSERT_EQ(mkdir(inside("velmo").c_str(), 0700), 0);
+    const std::string gone = std::to_string(gone_process());
+    const std::string here = std::to_string(getpid());
+    const std::string stale = inside("velmo/other-pid-" + gone + ".sock");
+    const std::string answering = inside("velmo/0000-pid-" + gone + ".sock");
+    const std::string starting = inside("velmo/0000-pid-" + here + ".sock");
+    const std::string lasting = inside("velmo/0000-127.0.0.1-2809.sock");
+    const std::string file = inside("velmo/file-pid-" + gone + ".sock");
+    bound_socket(stale);
+    bound_socket(starting);
+    bound_socket(lasting);
+    std::ofstream(file) << "x";
+    const Descriptor live = bound_socket(answering);
+    ASSERT_EQ(listen(live.get(), 1), 0);
+    EXPECT_TRUE(default_socket_path("0000", {"127.0.0.1", 0}));
+    EXPECT_NE(access(stale.c_str(), F_OK), 0);
+    for (const std::string& kept : {answering, starting, lasting, file})
+        EXPECT_EQ(access(kept.c_str(), F_OK), 0) << kept;
 }
 
 TEST_F(UnixSocket, AServersNameCannotLeadElsewhere)

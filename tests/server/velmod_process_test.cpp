@@ -3,6 +3,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <thread>
 
 #include "tests/server/client.h"
@@ -59,7 +60,8 @@ TEST_F(VelmodProcess, HelpAndVersionGoToStandardOutput)
     EXPECT_EQ(help.wait(), 0);
     for (const char* option :
          {"--server", "--realm", "--listen", "--no-unix", "--unix-socket", "--naming",
-          "--ready-fd", "--max-wait", "--version"})
+          "--ready-fd", "--max-wait", "--config", "--data-dir", "--load", "--metrics",
+          "--max-points", "--max-queue-bytes", "--max-message", "--lease", "--version"})
         EXPECT_TRUE(contains(help.out(), option)) << option;
     Process version = run({"--version"});
     EXPECT_EQ(version.wait(), 0);
@@ -96,7 +98,11 @@ INSTANTIATE_TEST_SUITE_P(
         Arguments{"--server", ""}, Arguments{"--server", std::string(33, 's')},
         Arguments{"--server", "a", "--server", "b"},
         Arguments{"--no-unix", "--unix-socket", "/tmp/s"}, Arguments{"--max-wait", "-1"},
-        Arguments{"--max-wait", "x"}, Arguments{"--ready-fd", "1"},
+        Arguments{"--max-wait", "x"}, Arguments{"--lease", "0"},
+        Arguments{"--max-points", "-1"}, Arguments{"--max-points", "1.5"},
+        Arguments{"--max-message", "0"}, Arguments{"--max-message", "1Q"},
+        Arguments{"--max-queue-bytes", ""}, Arguments{"--metrics", "127.0.0.1"},
+        Arguments{"--metrics", "127.0.0.1:x"}, Arguments{"--ready-fd", "1"},
         Arguments{"--ready-fd", "x"}, Arguments{"--ready-fd", "999"}));
 
 TEST_F(VelmodProcess, ReadyIsToldInOneLineAndOnTheDescriptor)
@@ -109,6 +115,110 @@ TEST_F(VelmodProcess, ReadyIsToldInOneLineAndOnTheDescriptor)
     EXPECT_EQ(velmod.wait_ready(), std::nullopt) << "it is closed";
     EXPECT_TRUE(velmod.running());
     EXPECT_TRUE(is_bound(*url, keys::port_service));
+}
+
+// velmod, started by a shell that first does something to its descriptors.
+Process::Command after(const std::string& redirections, const std::string& options)
+{
+    return {"/bin/sh", "-c",
+            "exec \"$0\" --listen 127.0.0.1:0 " + options + " " + redirections,
+            velmod_path()};
+}
+
+TEST_F(VelmodProcess, ADescriptorThatCannotBeWrittenToIsMisuse)
+{
+    for (const char* redirections :
+         {"3>&-", "3</dev/null", "<&- 3>&-", "<&- >&- 3>&-", "<&- >&- 2>&- 3>&-"}) {
+        Process velmod(after(redirections, "--ready-fd 3"), environment());
+        EXPECT_EQ(velmod.wait(), 2) << redirections;
+    }
+    Process velmod(after("<&- 3>&-", "--ready-fd 4"), environment());
+    EXPECT_EQ(velmod.wait(), 2);
+}
+
+TEST_F(VelmodProcess, ClosedStreamsAreNotTakenForFilesOfItsOwn)
+{
+    Process velmod(after("<&- >&- 2>&-", "--ready-fd 3"), environment());
+    const std::optional<std::string> url = velmod.wait_ready();
+    ASSERT_TRUE(url);
+    for (const char* stream : {"0", "1", "2"})
+        EXPECT_EQ(
+            fs::read_symlink("/proc/" + std::to_string(velmod.pid()) + "/fd/" + stream),
+            "/dev/null");
+    EXPECT_TRUE(is_bound(*url, keys::port_service));
+}
+
+TEST_F(VelmodProcess, TheLogHasALineForEachEvent)
+{
+    Velmod velmod({"--server", "a b", "--realm", "alpha"}, environment());
+    EXPECT_EQ(velmod.stop(), 0);
+    const std::string log = velmod.process().err();
+    const std::string place = "address=127.0.0.1:" + std::to_string(velmod.port());
+    std::size_t at = 0;
+    for (const std::string& event :
+         {std::string("velmod event=started server=\"a b\" version=" VELMO_VERSION),
+          std::string("velmod event=limits max-points="),
+          std::string("velmod event=realm name=ROOT"),
+          std::string("velmod event=realm name=alpha"),
+          "velmod event=listening " + place + " unix=" + runtime.path().string(),
+          std::string("velmod event=ready"), std::string("velmod event=stopping"),
+          std::string("velmod event=stopped")}) {
+        at = log.find(event, at);
+        EXPECT_NE(at, std::string::npos) << event << "\n" << log;
+    }
+}
+
+TEST_F(VelmodProcess, AMessageOverTheLimitGivesAResultCode)
+{
+    Velmod velmod({"--max-message", "1M"}, environment());
+    Port_Factory_var ports = port_service(velmod.naming_url());
+    ASSERT_EQ(ports->create_port("p", 1, 0), VL_OK);
+    EXPECT_EQ(ports->send_packet(1, buffer(std::string(1u << 20, 'x')), 0), VL_OK);
+    for (const std::size_t size : {(1u << 20) + 1, 64u << 20, 200u << 20})
+        EXPECT_EQ(ports->send_packet(1, buffer(std::string(size, 'x')), 0),
+                  SIZE_IS_NOT_MATCH);
+    EXPECT_EQ(ports->send_packet(1, buffer("x"), 0), VL_OK);
+}
+
+TEST_F(VelmodProcess, QueuesAndPointsAreLimited)
+{
+    Velmod velmod({"--max-queue-bytes", "10", "--max-points", "0"}, environment());
+    Port_Factory_var ports = port_service(velmod.naming_url());
+    ASSERT_EQ(ports->create_port("p", 1, 0), VL_OK);
+    EXPECT_EQ(ports->send_packet(1, buffer("1234567890"), 0), VL_OK);
+    EXPECT_EQ(ports->send_packet(1, buffer("1"), 0), WOULD_BLOCK);
+    EXPECT_EQ(ports->send_packet(1, buffer("12345678901"), 0), SIZE_IS_NOT_MATCH);
+    CORBA::Object_var object =
+        resolve(velmod.naming_url(), keys::data_template_point_service);
+    Velmo::DT_POINT_SVC::DT_Point_Factory_var points =
+        Velmo::DT_POINT_SVC::DT_Point_Factory::_narrow(object.in());
+    EXPECT_EQ(points->create_DTP("p", "int8"), CREATE_DATAPOINT_FAI);
+}
+
+TEST_F(VelmodProcess, AFaultInTheConfigurationIsToldWithItsPlace)
+{
+    const std::string file = (runtime.path() / "c.xml").string();
+    std::ofstream(file) << "<velmo>\n<velmod lease='x'/></velmo>";
+    for (const Arguments& arguments : {Arguments{"--config", file}, Arguments{}}) {
+        Process::Environment with_settings = environment();
+        with_settings["VELMO_SETTINGS"] = file;
+        Process velmod(velmod_command(arguments), with_settings);
+        EXPECT_EQ(velmod.wait(), 1);
+        EXPECT_TRUE(contains(velmod.err(), "velmod: " + file + ":2: lease"))
+            << velmod.err();
+        EXPECT_EQ(velmod.out(), "");
+    }
+}
+
+TEST_F(VelmodProcess, WhatAKilledServerLeftIsRemovedByTheNextOne)
+{
+    Velmod killed({}, environment());
+    killed.kill();
+    EXPECT_EQ(sockets(), 1u);
+    Velmod next({}, environment());
+    EXPECT_EQ(sockets(), 1u);
+    EXPECT_EQ(next.stop(), 0);
+    EXPECT_EQ(sockets(), 0u);
 }
 
 TEST_F(VelmodProcess, ItListensWhereItIsTold)

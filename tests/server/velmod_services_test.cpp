@@ -116,16 +116,22 @@ TEST_F(VelmodServices, ToFrontAndCopyingReachTheModel)
     EXPECT_EQ(ports->enable_copy("p", 0), VL_OK);
 }
 
-TEST_F(VelmodServices, EventsAndSnapshotsAreNotImplemented)
+TEST_F(VelmodServices, EventsAreDeclaredRaisedCountedAndCleared)
 {
-    CORBA::Long count = 0;
-    EXPECT_THROW(ports->declare_event(1, buffer(""), 1), CORBA::NO_IMPLEMENT);
-    EXPECT_THROW(ports->add_event("e", 1), CORBA::NO_IMPLEMENT);
-    EXPECT_THROW(ports->send_event("e", buffer("")), CORBA::NO_IMPLEMENT);
-    EXPECT_THROW(ports->event_count("e", count), CORBA::NO_IMPLEMENT);
-    EXPECT_THROW(ports->clear_event("e"), CORBA::NO_IMPLEMENT);
-    EXPECT_THROW(ports->make_port_snapshot(), CORBA::NO_IMPLEMENT);
-    EXPECT_THROW(ports->load_port_snapshot(), CORBA::NO_IMPLEMENT);
+    CORBA::Long count = 99;
+    EXPECT_EQ(ports->add_event("e", 7), NO_MATCH_EVENT_CODE);
+    EXPECT_EQ(ports->clear_event("e"), EVENT_DECLARE_NUL);
+    EXPECT_EQ(ports->declare_event(7, buffer("idle"), 2), PARAMETER_ERROR);
+    ASSERT_EQ(ports->declare_event(7, buffer("idle"), 1), VL_OK);
+    ASSERT_EQ(ports->add_event("e", 7), VL_OK);
+    ASSERT_EQ(ports->send_event("e", buffer("happened")), VL_OK);
+    ASSERT_EQ(ports->send_event("e", buffer("")), VL_OK);
+    ASSERT_EQ(ports->event_count("e", count), VL_OK);
+    EXPECT_EQ(count, 2);
+    ASSERT_EQ(ports->clear_event("e"), VL_OK);
+    ASSERT_EQ(ports->event_count("e", count), VL_OK);
+    EXPECT_EQ(count, 0);
+    EXPECT_EQ(ports->event_count("x", count), EVENT_DECLARE_NUL);
 }
 
 TEST_F(ImpatientVelmod, MaxWaitLimitsEveryWait)

@@ -55,7 +55,7 @@ TEST_F(Waiting, AWaitThatIsNotMetEndsWithItsOwnCode)
     EXPECT_EQ(receive(1, short_wait), "[2000]");
     ASSERT_EQ(send(1, "x"), VL_OK);
     EXPECT_EQ(send(1, "y", short_wait), SENDMSG_TIMEOUT);
-    EXPECT_EQ(ports.send_packet_to_front(1, data("y"), short_wait), SENDMSG_TIMEOUT);
+    EXPECT_EQ(ports.send_packet_to_front(1, bytes_of("y"), short_wait), SENDMSG_TIMEOUT);
     EXPECT_EQ(receive(1), "x");
     EXPECT_EQ(receive(1), "[2002]") << "what timed out was not sent";
 }

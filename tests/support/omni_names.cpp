@@ -60,6 +60,13 @@ void OmniNames::restart()
         throw std::runtime_error("omniNames does not start again: " + log());
 }
 
+void OmniNames::restart_empty()
+{
+    for (const auto& file : std::filesystem::directory_iterator(folder.path()))
+        std::filesystem::remove(file);
+    restart();
+}
+
 std::string OmniNames::log() const
 {
     std::ostringstream text;

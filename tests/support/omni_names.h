@@ -27,6 +27,9 @@ public:
     // After kill(): starts it again, on the same port with the same data.
     void restart();
 
+    // After kill(): likewise, but it has forgotten everything.
+    void restart_empty();
+
     // Whether omniNames is installed.
     static bool available();
 
