@@ -24,7 +24,10 @@ int checked(int result, const char* what)
 
 Descriptor memory_file(const char* name)
 {
-    return Descriptor(checked(memfd_create(name, MFD_CLOEXEC), "memfd_create"));
+    Descriptor file(checked(memfd_create(name, MFD_CLOEXEC), "memfd_create"));
+    // Otherwise what two processes write at the same time may land in the same place.
+    checked(fcntl(file.get(), F_SETFL, O_APPEND), "fcntl");
+    return file;
 }
 
 std::string contents(const Descriptor& file)
