@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -27,6 +28,14 @@ Descriptor memory_file(const char* name)
     Descriptor file(checked(memfd_create(name, MFD_CLOEXEC), "memfd_create"));
     // Otherwise what two processes write at the same time may land in the same place.
     checked(fcntl(file.get(), F_SETFL, O_APPEND), "fcntl");
+    return file;
+}
+
+Descriptor input_file(const std::string& text)
+{
+    Descriptor file = memory_file("stdin");
+    const ssize_t size = static_cast<ssize_t>(text.size());
+    checked(pwrite(file.get(), text.data(), text.size(), 0) == size ? 0 : -1, "pwrite");
     return file;
 }
 
@@ -69,6 +78,7 @@ struct ChildPlan {
     char** argv;
     char** envp;
     int in, out, err, ready;
+    int terminal;
     pid_t parent;
 };
 
@@ -82,6 +92,10 @@ struct ChildPlan {
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
+    if (plan.terminal >= 0) {
+        setsid();
+        ioctl(plan.terminal, TIOCSCTTY, 0);
+    }
     // First out of the way of the numbers that are about to be used.
     const int sources[] = {plan.in, plan.out, plan.err, plan.ready};
     int moved[4];
@@ -117,7 +131,8 @@ int Descriptor::release()
     return number;
 }
 
-Process::Process(const Command& command, const Environment& additions)
+Process::Process(const Command& command, const Environment& additions,
+                 const Streams& streams)
     : out_file(memory_file("stdout")), err_file(memory_file("stderr"))
 {
     std::vector<std::string> arguments = command;
@@ -129,13 +144,17 @@ Process::Process(const Command& command, const Environment& additions)
     checked(pipe2(ends, O_CLOEXEC), "pipe2");
     ready = Descriptor(ends[0]);
     const Descriptor ready_end(ends[1]);
-    const Descriptor nothing(checked(open("/dev/null", O_RDONLY | O_CLOEXEC), "/dev/null"));
+    const Descriptor input = input_file(streams.input);
+    const auto chosen = [](int given, const Descriptor& otherwise) {
+        return given >= 0 ? given : otherwise.get();
+    };
     const ChildPlan plan{const_cast<char**>(argv.data()),
                          const_cast<char**>(envp.data()),
-                         nothing.get(),
-                         out_file.get(),
-                         err_file.get(),
+                         chosen(streams.in, input),
+                         chosen(streams.out, out_file),
+                         chosen(streams.err, err_file),
                          ready_end.get(),
+                         streams.terminal,
                          getpid()};
     child = checked(fork(), "fork");
     if (child == 0)

@@ -31,8 +31,8 @@ private:
     int fd;
 };
 
-// A child process with its output captured and nothing to read from. It ends
-// with this object, and with the thread that made it, at the latest.
+// A child process with its output captured. It ends with this object, and with the
+// thread that made it, at the latest.
 class Process {
 public:
     using Command = std::vector<std::string>; // the program's path, its arguments
@@ -42,9 +42,22 @@ public:
     // such as --ready-fd. No other descriptor is passed on.
     static constexpr int ready_fd = 3;
 
+    // What the child reads and where it writes. Descriptors remain the caller's.
+    struct Streams {
+        std::string input; // all that there is to read, unless in is given
+        int in = -1;       // -1: the input
+        int out = -1;      // -1: captured
+        int err = -1;      // -1: captured
+        int terminal = -1; // made the child's controlling terminal; -1: none
+    };
+
     // Starts the command with our environment and the additions to it. Throws
     // std::system_error. A program that cannot be executed exits with 127.
-    explicit Process(const Command& command, const Environment& additions = {});
+    explicit Process(const Command& command, const Environment& additions = {})
+        : Process(command, additions, Streams())
+    {
+    }
+    Process(const Command& command, const Environment& additions, const Streams& streams);
     ~Process();
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;
@@ -66,7 +79,7 @@ public:
     std::optional<int> wait(std::chrono::milliseconds limit = patience);
     bool running() { return !wait(std::chrono::milliseconds(0)); }
 
-    // What the child has written so far.
+    // What the child has written so far, where it is captured.
     std::string out() const;
     std::string err() const;
 

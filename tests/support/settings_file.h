@@ -11,7 +11,7 @@
 namespace velmo::tests {
 
 // Written to a folder of its own, and named by VELMO_SETTINGS for this process and
-// the children that it starts.
+// the children that it starts, as long as this object lives.
 class SettingsFile {
 public:
     explicit SettingsFile(const std::string& content)
@@ -30,6 +30,8 @@ public:
         : SettingsFile(document(root_attributes, servers))
     {
     }
+
+    ~SettingsFile() { unsetenv("VELMO_SETTINGS"); }
 
     void write(const std::string& content)
     {
