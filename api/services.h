@@ -7,65 +7,38 @@
 
 namespace velmo::api {
 
-struct PortService {
-    using Interface = Velmo::DT_PORT_SVC::Port_Factory;
+template <class ServiceInterface,
+          typename ServiceInterface::_ptr_type (vlReferenceContainer::*get_reference)(
+              const char* server, const char* releam),
+          void (vlReferenceContainer::*release_reference)(const char* server,
+                                                          const char* releam)>
+struct Service {
+    using Interface = ServiceInterface;
 
-    static Interface::_ptr_type get(vlReferenceContainer& registry, const char* server,
-                                    const char* releam)
+    static typename Interface::_ptr_type get(vlReferenceContainer& registry,
+                                             const char* server, const char* releam)
     {
-        return registry.GetPortReferenceWithServerName(server, releam);
+        return (registry.*get_reference)(server, releam);
     }
     static void release(vlReferenceContainer& registry, const char* server,
                         const char* releam)
     {
-        registry.ReleasePortReference(server, releam);
+        (registry.*release_reference)(server, releam);
     }
 };
 
-struct PointService {
-    using Interface = Velmo::DT_POINT_SVC::DT_Point_Factory;
-
-    static Interface::_ptr_type get(vlReferenceContainer& registry, const char* server,
-                                    const char* releam)
-    {
-        return registry.GetDptReferenceWithServerName(server, releam);
-    }
-    static void release(vlReferenceContainer& registry, const char* server,
-                        const char* releam)
-    {
-        registry.ReleaseDtpReference(server, releam);
-    }
-};
-
-struct TemplateService {
-    using Interface = Velmo::SYSTEM_SVC::DT_manager;
-
-    static Interface::_ptr_type get(vlReferenceContainer& registry, const char* server,
-                                    const char* releam)
-    {
-        return registry.GetDtRefrenceWithServerName(server, releam);
-    }
-    static void release(vlReferenceContainer& registry, const char* server,
-                        const char* releam)
-    {
-        registry.ReleaseDtReference(server, releam);
-    }
-};
-
-struct ContentionService {
-    using Interface = Velmo::HEART_BIT::contender_server;
-
-    static Interface::_ptr_type get(vlReferenceContainer& registry, const char* server,
-                                    const char* releam)
-    {
-        return registry.GetContenerReferenceWithServerName(server, releam);
-    }
-    static void release(vlReferenceContainer& registry, const char* server,
-                        const char* releam)
-    {
-        registry.ReleaseContenterReference(server, releam);
-    }
-};
+using PortService = Service<Velmo::DT_PORT_SVC::Port_Factory,
+                            &vlReferenceContainer::GetPortReferenceWithServerName,
+                            &vlReferenceContainer::ReleasePortReference>;
+using PointService = Service<Velmo::DT_POINT_SVC::DT_Point_Factory,
+                             &vlReferenceContainer::GetDptReferenceWithServerName,
+                             &vlReferenceContainer::ReleaseDtpReference>;
+using TemplateService = Service<Velmo::SYSTEM_SVC::DT_manager,
+                                &vlReferenceContainer::GetDtRefrenceWithServerName,
+                                &vlReferenceContainer::ReleaseDtReference>;
+using ContentionService = Service<Velmo::HEART_BIT::contender_server,
+                                  &vlReferenceContainer::GetContenerReferenceWithServerName,
+                                  &vlReferenceContainer::ReleaseContenterReference>;
 
 } // namespace velmo::api
 
