@@ -4,6 +4,7 @@
 #ifndef VELMO_API_CALL_FRAME_H
 #define VELMO_API_CALL_FRAME_H
 
+#include "api/bad_argument.h"
 #include "api/choose_server.h"
 #include "orb/client.h"
 #include "vlReferenceContainer.h"
@@ -75,9 +76,9 @@ void settle_reference(const FailureRule<Result>& rule, vlReferenceContainer& reg
 //                             chosen and before its reference is asked for
 //   work(service, prepared)   makes the remote call and hands its results over
 // A result of work is returned as it is; when work throws, the cached reference is
-// dropped, so that the next call looks it up afresh (unless the rule keeps it), and the
-// rule gives the result. What the registry throws in looking the reference up passes
-// through.
+// dropped, so that the next call looks it up afresh (unless the rule keeps it, or it is
+// a BadArgument), and the rule gives the result. What the registry throws in looking the
+// reference up passes through.
 template <class Service, class Result, class Prepare, class Work>
 Result call(const FailureRule<Result>& rule, const char* server_name, const char* releam,
             Prepare prepare, Work work)
@@ -95,6 +96,8 @@ Result call(const FailureRule<Result>& rule, const char* server_name, const char
         return rule.no_reference;
     try {
         return work(*service.in(), prepared);
+    } catch (const BadArgument&) {
+        return rule.other_failure;
     } catch (const CORBA::Exception& exception) {
         log_failure(rule.log_text, exception);
         settle_reference<Service>(rule, *registry, server, releam);

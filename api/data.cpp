@@ -5,20 +5,32 @@
 #include <cstring>
 #include <new>
 
+#include "api/bad_argument.h"
+
 namespace velmo::api {
 
 OutgoingData::OutgoingData(const void* data, int length) noexcept
+    : is_usable(length == 0 || (length > 0 && data))
 {
-    if (length < 0 || (length > 0 && !data))
+    if (!is_usable)
         return;
     try {
         bytes.length(static_cast<CORBA::ULong>(length));
         if (length > 0)
             std::memcpy(bytes.get_buffer(), data, static_cast<std::size_t>(length));
-        is_good = true;
     } catch (const std::bad_alloc&) {
+        problem = std::current_exception();
     } catch (const CORBA::NO_MEMORY&) {
+        problem = std::current_exception();
     }
+}
+
+const Velmo::DATA_BUFFER& OutgoingData::sequence() const
+{
+    require(is_usable);
+    if (problem)
+        std::rethrow_exception(problem);
+    return bytes;
 }
 
 unsigned int IncomingData::length() const

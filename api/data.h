@@ -3,6 +3,7 @@
 #define VELMO_API_DATA_H
 
 #include <cstddef>
+#include <exception>
 
 #include "VelmoC.h"
 
@@ -11,15 +12,17 @@ namespace velmo::api {
 // The caller's data, copied for a remote call.
 class OutgoingData {
 public:
-    // Never throws: bad arguments, and no memory for the copy, show in good().
+    // What is wrong shows in sequence().
     OutgoingData(const void* data, int length) noexcept;
 
-    bool good() const { return is_good; }
-    const Velmo::DATA_BUFFER& sequence() const { return bytes; }
+    // Throws BadArgument for a negative length and for no data with a positive one, and
+    // what copying them has raised.
+    const Velmo::DATA_BUFFER& sequence() const;
 
 private:
+    const bool is_usable;
     Velmo::DATA_BUFFER bytes;
-    bool is_good = false;
+    std::exception_ptr problem;
 };
 
 // The data that a remote call brings back. A server in this process may deliver

@@ -24,10 +24,8 @@ int Velmo_API_Manager::regist_contender(const char* group, const char* contender
         rule, server_name, releam,
         [&] { return OutgoingData(travel ? data : nullptr, travel ? size : 0); },
         [&](auto& contention, const OutgoingData& state) -> int {
-            return state.good()
-                       ? contention.regist_contender(text(group), text(contender),
-                                                     state.sequence(), text(role), priority)
-                       : rule.other_failure;
+            return contention.regist_contender(text(group), text(contender),
+                                               state.sequence(), text(role), priority);
         });
 }
 

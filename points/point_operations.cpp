@@ -11,6 +11,7 @@ using velmo::api::fails_with_null;
 using velmo::api::IncomingData;
 using velmo::api::OutgoingData;
 using velmo::api::PointService;
+using velmo::api::require;
 using velmo::orb::text;
 
 int Velmo_API_Manager::create_data_template_point(const char* point_name,
@@ -30,8 +31,7 @@ int Velmo_API_Manager::get_data_template_point(const char* point_name, void* buf
 {
     static constexpr auto rule = fails_with(102, "get_DTP M/W Error %s");
     return call<PointService>(rule, server_name, releam, [&](auto& points) -> int {
-        if (!buffer)
-            return rule.other_failure;
+        require(buffer || size == 0);
         IncomingData value;
         const int result = points.get_DTP(text(point_name), value.out());
         // A longer value is cut without a sign; a negative size cuts nothing.
@@ -48,8 +48,7 @@ int Velmo_API_Manager::set_data_template_point(const char* point_name, const voi
     static constexpr auto rule = fails_with(103, "set_DTP M/W Error %s");
     return call<PointService>(rule, server_name, releam, [&](auto& points) -> int {
         const OutgoingData value(data, size);
-        return value.good() ? points.set_DTP(text(point_name), value.sequence())
-                            : rule.other_failure;
+        return points.set_DTP(text(point_name), value.sequence());
     });
 }
 

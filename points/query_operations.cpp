@@ -16,6 +16,7 @@ using velmo::api::IncomingData;
 using velmo::api::IncomingNames;
 using velmo::api::OutgoingData;
 using velmo::api::PointService;
+using velmo::api::require;
 using velmo::api::TemplateService;
 using velmo::orb::text;
 
@@ -28,8 +29,7 @@ int point_names(const FailureRule<int>& rule, NameList* list, const char* server
                 const char* releam, Ask ask)
 {
     return call<PointService>(rule, server_name, releam, [&](auto& points) -> int {
-        if (!list)
-            return rule.other_failure;
+        require(list);
         IncomingNames names;
         const int result = ask(points, names.out());
         if (names.delivered())
@@ -43,8 +43,7 @@ int point_info(const FailureRule<int>& rule, const char* point_name, char** text
                const char* releam)
 {
     return call<PointService>(rule, server_name, releam, [&](auto& points) -> int {
-        if (!text1 || !text2 || !data || !length)
-            return rule.other_failure;
+        require(text1 && text2 && data && length);
         // Unlike the data, which outlive a failure.
         *text1 = nullptr;
         *text2 = nullptr;
@@ -103,8 +102,7 @@ int Velmo_API_Manager::get_query_data_type(NameList* list, const char* server_na
 {
     static constexpr auto rule = fails_with(140);
     return call<TemplateService>(rule, server_name, releam, [&](auto& templates) -> int {
-        if (!list)
-            return rule.other_failure;
+        require(list);
         IncomingNames names;
         const int result = templates.get_query_data_type(names.out());
         // Unlike the names of points, these come with success alone.
@@ -138,8 +136,6 @@ int Velmo_API_Manager::create_set(const char* first_name, const char* second_nam
     static constexpr auto rule = fails_with(142, "create_set M/W Error %s");
     return call<PointService>(rule, server_name, releam, [&](auto& points) -> int {
         const OutgoingData members(data, size);
-        return members.good() ? points.create_set(text(first_name), text(second_name),
-                                                  members.sequence())
-                              : rule.other_failure;
+        return points.create_set(text(first_name), text(second_name), members.sequence());
     });
 }

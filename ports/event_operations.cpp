@@ -9,6 +9,7 @@ using velmo::api::call;
 using velmo::api::fails_with;
 using velmo::api::OutgoingData;
 using velmo::api::PortService;
+using velmo::api::require;
 using velmo::orb::text;
 
 namespace {
@@ -24,9 +25,7 @@ int Velmo_API_Manager::declare_event(unsigned int id, const void* data, int leng
     static constexpr auto rule = fails_with(126, "declare_event M/W Error %s");
     return call<PortService>(rule, server_name, releam, [&](auto& ports) -> int {
         const OutgoingData by_default(data, length);
-        return by_default.good()
-                   ? ports.declare_event(id, by_default.sequence(), declared_kind)
-                   : rule.other_failure;
+        return ports.declare_event(id, by_default.sequence(), declared_kind);
     });
 }
 
@@ -44,8 +43,7 @@ int Velmo_API_Manager::send_event(const char* event, const void* data, int lengt
     static constexpr auto rule = fails_with(112, "send_event M/W Error %s");
     return call<PortService>(rule, server_name, releam, [&](auto& ports) -> int {
         const OutgoingData raised(data, length);
-        return raised.good() ? ports.send_event(text(event), raised.sequence())
-                             : rule.other_failure;
+        return ports.send_event(text(event), raised.sequence());
     });
 }
 
@@ -63,6 +61,7 @@ int Velmo_API_Manager::event_count(const char* event, int* count, const char* se
 {
     static constexpr auto rule = fails_with(153);
     return call<PortService>(rule, server_name, releam, [&](auto& ports) -> int {
-        return count ? ports.event_count(text(event), *count) : rule.other_failure;
+        require(count);
+        return ports.event_count(text(event), *count);
     });
 }

@@ -12,6 +12,7 @@ using velmo::api::fails_with;
 using velmo::api::IncomingData;
 using velmo::api::OutgoingData;
 using velmo::api::PortService;
+using velmo::api::require;
 
 namespace {
 
@@ -37,8 +38,7 @@ int Velmo_API_Manager::send_packet(unsigned int port, const void* data, int leng
     static constexpr auto rule = fails_with(112, "send_packet M/W Error %s");
     return call<PortService>(rule, server_name, releam, [&](auto& ports) -> int {
         const OutgoingData packet(data, length);
-        return packet.good() ? ports.send_packet(port, packet.sequence(), option)
-                             : rule.other_failure;
+        return ports.send_packet(port, packet.sequence(), option);
     });
 }
 
@@ -49,8 +49,7 @@ int Velmo_API_Manager::send_packet_to_front(unsigned int port, const void* data,
     static constexpr auto rule = fails_with(154);
     return call<PortService>(rule, server_name, releam, [&](auto& ports) -> int {
         const OutgoingData packet(data, length);
-        return packet.good() ? ports.send_packet_to_front(port, packet.sequence(), option)
-                             : rule.other_failure;
+        return ports.send_packet_to_front(port, packet.sequence(), option);
     });
 }
 
@@ -60,8 +59,7 @@ int Velmo_API_Manager::receive_packet(unsigned int port, void* from, void* buffe
 {
     static constexpr auto rule = fails_with(123, "receive_packet M/W Error %s");
     return call<PortService>(rule, server_name, releam, [&](auto& ports) -> int {
-        if (!buffer)
-            return rule.other_failure;
+        require(buffer || size == 0);
         IncomingData received;
         const int result = ports.receive_packet(port, sender(from), received.out(), option);
         if (result != VL_OK)
@@ -83,8 +81,7 @@ int Velmo_API_Manager::receive_packetv(unsigned int port, void* from, void** dat
 {
     static constexpr auto rule = fails_with(123, "receive_packet M/W Error %s");
     return call<PortService>(rule, server_name, releam, [&](auto& ports) -> int {
-        if (!data || !length)
-            return rule.other_failure;
+        require(data && length);
         // Cleared whenever nothing is received, where receive_reply2 leaves them.
         *data = nullptr;
         *length = 0;
@@ -105,8 +102,7 @@ int Velmo_API_Manager::reply_packet(unsigned int port, const void* data, int len
     return call<PortService>(
         rule, server_name, releam, [&] { return OutgoingData(data, length); },
         [&](auto& ports, const OutgoingData& reply) -> int {
-            return reply.good() ? ports.reply_packet(port, reply.sequence(), option)
-                                : rule.other_failure;
+            return ports.reply_packet(port, reply.sequence(), option);
         });
 }
 
@@ -116,8 +112,7 @@ int Velmo_API_Manager::receive_reply(unsigned int port, void* buffer, unsigned i
 {
     static constexpr auto rule = fails_with(127);
     return call<PortService>(rule, server_name, releam, [&](auto& ports) -> int {
-        if (!buffer)
-            return rule.other_failure;
+        require(buffer || size == 0);
         IncomingData received;
         const int result = ports.receive_reply(port, received.out(), option);
         if (result != VL_OK)
@@ -135,8 +130,7 @@ int Velmo_API_Manager::receive_reply2(unsigned int port, void** data, unsigned i
 {
     static constexpr auto rule = fails_with(127);
     return call<PortService>(rule, server_name, releam, [&](auto& ports) -> int {
-        if (!data || !length)
-            return rule.other_failure;
+        require(data && length);
         IncomingData received;
         const int result = ports.receive_reply(port, received.out(), option);
         if (result == VL_OK)

@@ -4,14 +4,18 @@
  * What holds for every function, unless it says otherwise
  *
  *   Result     an int of vl_result.h: 0 (VL_OK) is success; get_error_string() gives
- *              the text. A server's own result code comes back unchanged; the codes
- *              given here are those of velmod.
+ *              the text. A server's own result code comes back unchanged, but for
+ *              vl_releam_seq(); the codes given here are those of velmod.
  *   Server     server_name NULL or "" means the first server at position "own" of the
  *              settings. releam names the realm; NULL or "" is the unnamed one.
- *   Common     3000 (NULL_SERVER_NAME)  no server_name given and no default server
- *   codes      known. 99 (VL_NO_REFERENCE)  the server is unknown to the settings, its
- *              naming service does not answer, or it does not offer the service. Both
- *              are listed at each function that can give them as "3000, 99".
+ *   Common     3000 (NULL_SERVER_NAME)  server_name is NULL and there is no default
+ *   codes      server: the settings have own servers, but none with a name, or the
+ *              library's own objects could not be made or locked. 99 (VL_NO_REFERENCE)
+ *              the server is unknown to the settings, its naming service does not
+ *              answer, or it does not offer the service; also for server_name "" when
+ *              there is no default server, and when the library's own objects could
+ *              not be made or locked. Both are listed at each function that can give
+ *              them as "3000, 99".
  *   Failed     an exception of the broker, a time-out or a lost connection. Each
  *   calls      function has a code of its own for that ("the call failed"); the next
  *              call looks the service up afresh. Some log a line; none hands an
@@ -24,23 +28,27 @@
  *              one 4 (PARAMETER_ERROR).
  *   Data       a pointer and a length in bytes, copied before the function returns.
  *              NULL is allowed when the length is 0. A negative length, NULL with
- *              a positive length ("bad data"), and NULL where results are to go give
- *              the function's own failure code; no call is made then, nothing is
- *              logged, and the service is not looked up afresh.
- *   Limits     any function with a server gives 5 (MEMORY_ALLOCATION_FAI) when the server
- *              has no memory left, and 4001 (SIZE_IS_NOT_MATCH), before anything else,
- *              for data above its limit (velmod: --max-message, 64 MiB).
+ *              a positive length ("bad data"), and NULL where results are to go (but
+ *              for a buffer of size 0) give the function's own failure code; no call is
+ *              made then, nothing is logged, and the service is not looked up afresh.
+ *   Limits     velmod gives 5 (MEMORY_ALLOCATION_FAI) as the result of any operation but
+ *              snapshots when it has no memory left, and 4001 (SIZE_IS_NOT_MATCH),
+ *              before it looks at anything else, for data above its --max-message
+ *              (64 MiB). Beyond 256 MiB the broker refuses: the call failed.
  *   Results    out parameters are written on success only, unless a function says so.
  *   Memory     blocks that the library allocates are freed with
  *              vl_free_memory(&pointer); strings that it hands out (names,
  *              descriptions, types, texts) with vl_string_free() of vl_util.h.
  *              Nothing else is to be freed. When the memory of this process runs out
  *              during a call, a list may be left with a count and an incomplete array:
- *              after a function's own failure code a list is not to be walked.
+ *              after a function's own failure code a list is not to be walked. Where
+ *              a service is looked up, and in vl_releam_seq(), std::bad_alloc may come
+ *              out of the function then; nothing else ever does.
  *   Blocking   until the server has answered, at most for the call time-out
  *              (call_timeout_ms, 30 s by default); the first call to a service, and
  *              the first after a failure, in addition asks the naming service
- *              (naming_timeout_ms, 2 s by default).
+ *              (naming_timeout_ms, 2 s by default). A call that fails waits for the
+ *              look-ups of other threads that are under way.
  *   Threads    any function from any thread at any time; calls of different threads
  *              run concurrently. Memory that is handed in belongs to the call until it
  *              returns.
@@ -108,7 +116,7 @@ typedef struct ServerRecord {
  * and no function needs it first. Blocks at most for the naming time-out.
  *
  * @retval 0     it can be reached
- * @retval 3000  no server_name given and no default server known
+ * @retval 3000  server_name is NULL and there is no default server
  * @retval 3001  it does not answer, or the settings do not know the server
  */
 VL_EXPORT int vl_mid_connect(const char* server_name);
@@ -128,7 +136,7 @@ VL_EXPORT int vl_mid_disconnect(void);
  * reads the settings when it is the first use of the library.
  *
  * @param position  "parent", "own", "sibling", "child", "others", "master" or "slave"
- * @return the names. "own" always has one: "0000" when the settings name none. count is 0
+ * @return the names. "own" has "0000" when the settings list no own server. count is 0
  *         for a position without servers, any other word, and NULL.
  */
 VL_EXPORT ServerRecord vl_get_servername(const char* position);
@@ -146,6 +154,8 @@ VL_EXPORT int vl_releam_seq(NameList* list, const char* server_name);
 
 /** The text of a result code in the language of the user (VELMO_LANG, else the locale;
  * English otherwise). Contacts nobody.
+ *
+ * @param code  any number
  *
  * printf("%ls") writes it in the character set that setlocale() has chosen, and nothing
  * where that has not its letters: without setlocale() in languages other than English.
@@ -228,7 +238,7 @@ VL_EXPORT int vl_disconenct_port(unsigned int port, const char* server_name,
  * @param list  is emptied first, whatever follows; what it held is not freed
  * @retval 0     done
  * @retval 151  the call failed, or list is NULL. When memory ran out half-way, the list has
- *              the connections that were copied.
+ *              the connections that were copied, and a count of one more.
  * @retval 3000,99
  */
 VL_EXPORT int vl_get_connection_info(ConnectionList* list, const char* server_name,
@@ -302,7 +312,8 @@ VL_EXPORT int vl_send_packet_to_front(unsigned int port, const void* data, int l
  * @param port    the port's handle
  * @param from    NULL, or the handle of the only sender wanted, as a pointer's value:
  *                (void*)(uintptr_t)handle
- * @param buffer  for size bytes
+ * @param buffer  for size bytes; may be NULL when size is 0
+ * @param size    of the packet in bytes
  * @param option  for a packet; see "Waiting"
  * @retval 0     received
  * @retval 2000  the queue is still empty after the wait
@@ -330,7 +341,7 @@ VL_EXPORT int vl_receive_packet(unsigned int port, void* from, void* buffer,
  * @param from    as for vl_receive_packet()
  * @param data    the block, to be freed with vl_free_memory(data); an empty packet has one
  *                as well. NULL when the server reports an error or the call fails;
- *                untouched by 3000 and 99.
+ *                untouched by 3000 and 99 and where a pointer is NULL.
  * @param length  its length in bytes, 0 where *data is NULL
  * @param option  as for vl_receive_packet()
  * @retval 0, 2000, 2002, 2007  as vl_receive_packet()
@@ -365,7 +376,8 @@ VL_EXPORT int vl_reply_packet(unsigned int port, const void* data, int length,
  * length. A reply of another length is lost: use vl_receive_reply2() where lengths vary.
  *
  * @param port    the handle of the port that sent the packets
- * @param buffer  for size bytes
+ * @param buffer  for size bytes; may be NULL when size is 0
+ * @param size    of the reply in bytes
  * @param option  for a reply; see "Waiting"
  * @retval 0     received
  * @retval 2001  no packet sent on this port waits for an answer (option 0)
@@ -453,8 +465,8 @@ VL_EXPORT int vl_send_event(const char* event, const void* data, int length,
  * @retval 0     done
  * @retval 3011  no such event
  * @retval 152   the call failed
- * @retval 3000  no server_name given and no default server known; also when there is no
- *               reference to the server, where other functions give 99
+ * @retval 3000  as everywhere; also when there is no reference to the server, where other
+ *               functions give 99
  */
 VL_EXPORT int vl_clear_event(const char* event, const char* server_name,
                              const char* releam);
@@ -634,7 +646,7 @@ VL_EXPORT int vl_get_query_data_type(NameList* list, const char* server_name,
  *
  * @param point_name  its name
  * @param text1       the type, to be freed with vl_string_free(); NULL on failure, but
- *                    untouched by 3000 and 99
+ *                    untouched by 3000 and 99 and where a pointer is NULL
  * @param text2       the description, likewise
  * @param data        must hold NULL or a block of a call before, which a successful call
  *                    frees and replaces; the last one is to be freed with
@@ -648,9 +660,14 @@ VL_EXPORT int vl_get_query_data_type(NameList* list, const char* server_name,
 VL_EXPORT int get_dtp_info(const char* point_name, char** text1, char** text2, void** data,
                            const char* server_name, const char* releam);
 
-/** As get_dtp_info(), with the value's length.
+/** As get_dtp_info(), with the same codes and what it says of its parameters, and the
+ * value's length.
  *
- * @param length  of the block in bytes; untouched by any failure
+ * @param point_name  its name
+ * @param text1       the type
+ * @param text2       the description
+ * @param data        the value
+ * @param length      of the value in bytes; untouched by any failure
  */
 VL_EXPORT int get_dtp_info2(const char* point_name, char** text1, char** text2, void** data,
                             unsigned int* length, const char* server_name,

@@ -53,8 +53,8 @@ const DataOperation data_operations[8] = {
     {"vl_send_packet", "send_packet", send_packet, 112, keys::port_service, "7, ", ", 3"},
     {"vl_send_packet_to_front", "send_packet_to_front", send_packet_to_front, 154,
      keys::port_service, "7, ", ", 3"},
-    {"vl_reply_packet", "reply_packet", reply_packet, 124, keys::port_service, "7, ",
-     ", 3"},
+    {"vl_reply_packet", "reply_packet", reply_packet, 124, keys::port_service, "7, ", ", 3",
+     true},
     {"vl_declare_event", "declare_event", declare_event, 126, keys::port_service, "7, ",
      ", 1"},
     {"vl_send_event", "send_event", send_event, 112, keys::port_service, "\"event\", ", ""},
@@ -63,7 +63,7 @@ const DataOperation data_operations[8] = {
     {"vl_create_set", "create_set", create_set, 142, keys::data_template_point_service,
      "\"set\", \"template\", ", ""},
     {"vl_regist_contender", "regist_contender", regist_contender, 155,
-     keys::contention_service, "\"group\", \"one\", ", ", \"role\", 5"},
+     keys::contention_service, "\"group\", \"one\", ", ", \"role\", 5", true},
 };
 
 } // namespace velmo::tests

@@ -12,9 +12,10 @@ struct DataOperation {
     const char* remote; // of the remote operation
     int (*call)(const void* data, int length);
     int failure;
-    const char* key;    // of the service
-    const char* before; // the other arguments as the script shows them, in front of
-    const char* after;  // the data and behind
+    const char* key;           // of the service
+    const char* before;        // the other arguments as the script shows them, in front of
+    const char* after;         // the data and behind
+    bool copied_first = false; // before the reference is asked for
 };
 
 // What GoogleTest shows of one.

@@ -92,6 +92,19 @@ TEST_P(OutgoingDataTest, of_a_negative_length_are_refused_before_any_call)
     expect_refused("hello", INT_MIN);
 }
 
+// Who alters them during the call sees when.
+TEST_P(OutgoingDataTest, are_copied_before_or_after_the_look_up_as_the_operation_has_it)
+{
+    std::string data = "early";
+    const CORBA::Object_var service = home.reference(GetParam().key);
+    naming.resolve_with([&](const std::string&, const std::string&) {
+        data.replace(0, data.size(), "later");
+        return service;
+    });
+    EXPECT_EQ(send(data), 0);
+    EXPECT_EQ(home->calls(), seen_once(GetParam().copied_first ? "early" : "later"));
+}
+
 // That the server is the trouble shows first.
 TEST_P(OutgoingDataTest, that_are_bad_show_only_where_there_is_a_server)
 {

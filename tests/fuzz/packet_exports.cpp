@@ -55,7 +55,7 @@ void check_receive(Call& call, const Codes& codes, bool keeps_another_size, Rece
     const std::string data = delivered(call);
     Buffer buffer(call.input.once_in(4) ? call.input.index(100) : data.size());
     void* given = call.input.once_in(8) ? nullptr : buffer.pointer();
-    call.refuse_if(!given);
+    call.refuse_if(!given && buffer.size() != 0);
     const bool another_size = call.succeeded() && buffer.size() != data.size();
     if (another_size)
         call.success = PARAMETER_NOT_MATCH;

@@ -21,7 +21,7 @@ void get_data_template_point(Call& call)
     const int size = whole ? -1 - static_cast<int>(call.input.index(100))
                            : static_cast<int>(buffer.size());
     void* given = call.input.once_in(8) ? nullptr : buffer.pointer();
-    call.refuse_if(!given);
+    call.refuse_if(!given && size != 0);
     call.check({102, "get_DTP M/W Error "}, [&] {
         return vl_get_data_template_point(point, given, size, call.server, call.realm);
     });

@@ -160,12 +160,26 @@ TEST_F(ReadPointTest, into_null_is_refused_before_any_call)
 {
     EXPECT_TRUE(next_call_looks_up(keys::data_template_point_service)); // has it cached
     home->forget_calls();
-    for (const int size : {0, 5, -1})
+    for (const int size : {5, -1})
         EXPECT_EQ(vl_get_data_template_point("point", nullptr, size, nullptr, nullptr),
                   102);
     EXPECT_TRUE(home->calls().empty());
     EXPECT_TRUE(logged_lines().empty());
     EXPECT_FALSE(next_call_looks_up(keys::data_template_point_service));
+}
+
+TEST_F(ReadPointTest, into_null_of_size_0_copies_nothing)
+{
+    deliver({0, "hello"});
+    EXPECT_EQ(vl_get_data_template_point("point", nullptr, 0, nullptr, nullptr), 0);
+}
+
+TEST_F(ReadPointTest, without_a_reference_or_a_server_leaves_the_buffer)
+{
+    home.unbind("home");
+    EXPECT_EQ(read(5, 5, 99), "?????");
+    set_own_servers({""});
+    EXPECT_EQ(read(5, 5, 3000), "?????");
 }
 
 // vl_get_data_template_point_description() and ..._type().

@@ -115,6 +115,16 @@ TEST_P(ReceiveBlockTest, never_frees_what_the_callers_pointer_held)
     EXPECT_EQ(stale[0], '?');
 }
 
+TEST_P(ReceiveBlockTest, without_a_reference_or_a_server_leaves_both)
+{
+    home.unbind("home");
+    EXPECT_EQ(receive(), 99);
+    set_own_servers({""});
+    EXPECT_EQ(receive(), 3000);
+    EXPECT_EQ(data, stale);
+    EXPECT_EQ(length, 77u);
+}
+
 TEST_P(ReceiveBlockTest, into_null_is_refused_before_any_call)
 {
     deliver({2002});

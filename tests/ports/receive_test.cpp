@@ -121,11 +121,25 @@ TEST_P(ReceiveBufferTest, null_is_refused_before_any_call)
 {
     deliver({0, ""});
     EXPECT_EQ(receive(0), 0); // has the reference cached
-    for (const unsigned int size : {0u, 5u})
-        EXPECT_EQ(GetParam().receive(nullptr, size), GetParam().failure);
+    EXPECT_EQ(GetParam().receive(nullptr, 5), GetParam().failure);
     EXPECT_EQ(home->calls().size(), 1u);
     EXPECT_TRUE(logged_lines().empty());
     EXPECT_FALSE(next_call_looks_up());
+}
+
+TEST_P(ReceiveBufferTest, null_of_size_0_is_for_empty_data)
+{
+    deliver({0, ""});
+    EXPECT_EQ(GetParam().receive(nullptr, 0), 0);
+}
+
+TEST_P(ReceiveBufferTest, without_a_reference_or_a_server_is_left)
+{
+    home.unbind("home");
+    EXPECT_EQ(receive(5), 99);
+    set_own_servers({""});
+    EXPECT_EQ(receive(5), 3000);
+    EXPECT_EQ(received(), untouched);
 }
 
 class ReceivePacketTest : public ServerTest {};
