@@ -52,7 +52,8 @@ LineEditor::LineEditor(std::string its_prompt, std::string its_history,
     el_set(el, EL_PROMPT, give_prompt);
     el_set(el, EL_HIST, ::history, history.get());
     el_set(el, EL_GETCFN, read_character);
-    el_set(el, EL_ADDFN, "velmo-complete", "Completes the word", complete_word);
+    // el_set() would copy both texts and never free them.
+    el_wset(el, EL_ADDFN, L"velmo-complete", L"Completes the word", complete_word);
     el_set(el, EL_BIND, "^I", "velmo-complete", nullptr);
     el_set(el, EL_BIND, "^R", "em-inc-search-prev", nullptr);
     el_source(el, nullptr); // what a person has chosen for all such programs
