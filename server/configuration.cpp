@@ -75,7 +75,10 @@ private:
     void take_option(const Element& element, const std::string& option,
                      const std::string& attribute)
     {
-        if (const std::string* value = element.get(attribute))
+        const std::string* value = element.get(attribute);
+        if (value && value->empty())
+            throw element.fault(attribute + " is empty");
+        if (value)
             configuration.options.push_back({element.line, option, *value});
         else if (option != attribute)
             throw element.fault(option + " without " + attribute);

@@ -203,6 +203,7 @@ INSTANTIATE_TEST_SUITE_P(
         Slip{"<velmo><velmod lease='0'/></velmo>", "1", "lease"},
         Slip{"<velmo><velmod max-wait='1 h'/></velmo>", "1", "max-wait"},
         Slip{"<velmo><velmod load='maybe'/></velmo>", "1", "load"},
+        Slip{"<velmo><velmod load=''/></velmo>", "1", "load is empty"},
         Slip{"<velmo><velmod metrics='9464'/></velmo>", "1", "HOST:PORT"},
         Slip{"<velmo><velmod metrics='h:99999'/></velmo>", "1", "there is no port"},
         Slip{"<velmo><velmod server=''/></velmo>", "1", "server"},
