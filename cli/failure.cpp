@@ -47,10 +47,11 @@ std::string code_name(int code)
 std::string code_advice(int code)
 {
     static const std::map<int, const char*> advice = {
-        {PARAMETER_ERROR, "names have 1 to 255 bytes, and $SYS/ is the server's own"},
+        {PARAMETER_ERROR, "names have 1 to 255 bytes, descriptions up to 4096, and $SYS/ "
+                          "is the server's own"},
         {MEMORY_ALLOCATION_FAI, "remove what is not needed any more"},
         {TIME_OUT, "wait longer, or see that somebody sends"},
-        {EMPTY_QUEUE, "wait for a packet, or see that somebody sends"},
+        {EMPTY_QUEUE, "wait longer with --wait, or see that somebody sends, or answers"},
         {WOULD_BLOCK, "wait for room, or see that somebody receives"},
         {SENDMSG_TIMEOUT, "see that somebody receives"},
         {ALREADY_CONNECTED, "list the connections with: velmo port ls"},
@@ -70,8 +71,8 @@ std::string code_advice(int code)
                             "with: velmo event add"},
         {NO_MATCH_EVENT_CODE, "declare the number first with: velmo event declare"},
         {ABSTRACT_DATA_TYPE_NULL, "list the templates with: velmo point types"},
-        {SIZE_IS_NOT_MATCH, "the size must be the one of the template, and within the "
-                            "server's limits"},
+        {SIZE_IS_NOT_MATCH, "a point's value has the size of its template; what is sent "
+                            "and raised, too, is within the server's limits"},
         {VARIABLE_IS_NOT_EXIST, list_points},
         {CONTENDER_IS_NUL, "join the group again with: velmo contend join"},
         {VL_NO_REFERENCE, find_server},

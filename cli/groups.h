@@ -12,8 +12,9 @@ void add_groups(Program& program);
 void add_server_group(Program& program);
 void add_settings_group(Program& program);
 void add_point_group(Program& program);
-void add_point_values(Group& point);   // point get, set
-void add_point_transfer(Group& point); // point watch, export, import
+void add_point_values(Group& point); // point get, set
+void add_point_watch(Group& point);
+void add_point_transfer(Group& point); // point export, import
 void add_port_group(Program& program);
 void add_port_packets(Group& port); // port send, receive, reply, call
 void add_event_group(Program& program);

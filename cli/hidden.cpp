@@ -1,4 +1,4 @@
-// Commands for programs, not for people: velmo complete, completion and man.
+// Commands for programs: velmo complete and man; and completion, which a person needs once.
 #include <cstdio>
 
 #include "cli/completer.h"
@@ -62,21 +62,21 @@ struct Man {
 };
 
 template <class Command>
-void add(Program& program, const char* name, const char* description)
+Group add(Program& program, const char* name, const char* description)
 {
     Group group(program, name, description);
     group.itself<Command>();
-    group.hide();
+    return group;
 }
 
 } // namespace
 
 void add_hidden_commands(Program& program)
 {
-    add<Complete>(program, "complete", "Tells what may come next on a command line");
+    add<Complete>(program, "complete", "Tells what may come next on a command line").hide();
     add<Completion>(program, "completion",
                     "Writes what a shell needs to complete commands");
-    add<Man>(program, "man", "Writes a manual page");
+    add<Man>(program, "man", "Writes a manual page").hide();
 }
 
 } // namespace velmo::cli

@@ -215,6 +215,7 @@ void add_point_group(Program& program)
     group.verb<Describe>("describe", "Gives a point a description");
     group.verb<Type>("type", "Shows the template of a point");
     group.verb<Types>("types", "Lists the templates");
+    add_point_watch(group);
     add_point_transfer(group);
 }
 

@@ -1,69 +1,19 @@
-// velmo point watch, export and import.
+// velmo point export and import.
 //
 // Points travel as lines of JSON, one a point:
 //     {"point": NAME, "type": TEMPLATE, "description": TEXT, "value": VALUE}
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <memory>
 #include <sstream>
-#include <system_error>
 
 #include "cli/groups.h"
-#include "cli/interruption.h"
 #include "cli/payload.h"
 #include "cli/points.h"
 #include "cli/progress.h"
+#include "cli/write_file.h"
 
 namespace velmo::cli {
 
 namespace {
-
-struct Watch {
-    void declare(CLI::App& app)
-    {
-        app.add_option("POINT", names, "Names of the points")->required();
-        app.add_option("--interval", interval_ms, "Milliseconds between two looks")
-            ->capture_default_str()
-            ->check(CLI::Range(1, 86400000))
-            ->type_name("MS");
-        app.add_option("--count", count, "Ends after so many lines (never)")
-            ->check(CLI::PositiveNumber.description(""))
-            ->type_name("N");
-    }
-
-    void run(Session& session) const
-    {
-        const Interruption interruption;
-        std::vector<std::optional<Point>> known(names.size());
-        for (std::size_t shown = 0;;) {
-            for (std::size_t i = 0; i < names.size(); ++i) {
-                Point now = read_point(session, names[i]);
-                if (known[i] && known[i]->value == now.value)
-                    continue;
-                show(session, names[i], now);
-                known[i] = std::move(now);
-                if (++shown == count)
-                    return;
-            }
-            interruption.wait(std::chrono::milliseconds(interval_ms));
-        }
-    }
-
-private:
-    static void show(Session& session, const std::string& name, const Point& point)
-    {
-        const Kind kind = kind_of(point);
-        session.out.item(
-            {{"point", json_text(name)}, {"value", value_json(point, kind)}},
-            session.out.style(harmless(name), Style::bold) + "\t" +
-                (point.value ? harmless(format(kind, *point.value)) : "(no data)"));
-    }
-
-    std::vector<std::string> names;
-    int interval_ms = 200;
-    std::size_t count = 0;
-};
 
 struct Export {
     void declare(CLI::App& app)
@@ -84,46 +34,29 @@ struct Export {
         session.check(code, "list the points");
         const std::vector<std::string> names = list.all();
         const bool to_output = file.empty() || file == "-";
+        std::string lines; // for the file, which is written when nothing can fail any more
         std::size_t written = 0;
         {
-            const auto opened = open(to_output);
             Progress progress(!to_output || !session.out.is_terminal(), "exporting",
                               names.size());
             for (const std::string& name : names) {
                 const std::string line = line_of(session, name);
                 if (to_output)
                     session.out.raw(line);
-                else if (std::fputs(line.c_str(), opened.get()) < 0)
-                    refuse_file();
+                else
+                    lines += line;
                 written += line.empty() ? 0 : 1;
                 progress.step();
             }
-            if (opened && std::fflush(opened.get()) != 0)
-                refuse_file();
         }
-        if (!to_output)
-            session.out.done({{"exported", written}}, "exported " +
-                                                          counted(written, "point") +
-                                                          " to " + in_quotes(file));
+        if (to_output)
+            return;
+        write_file(file, lines);
+        session.out.done({{"exported", written}}, "exported " + counted(written, "point") +
+                                                      " to " + in_quotes(file));
     }
 
 private:
-    using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
-
-    File open(bool to_output) const
-    {
-        File opened(to_output ? nullptr : std::fopen(file.c_str(), "we"), std::fclose);
-        if (!to_output && !opened)
-            refuse_file();
-        return opened;
-    }
-
-    [[noreturn]] void refuse_file() const
-    {
-        throw misuse("cannot write " + in_quotes(file) + ": " +
-                     std::generic_category().message(errno));
-    }
-
     // "" for a point that has gone meanwhile.
     static std::string line_of(const Session& session, const std::string& name)
     {
@@ -184,10 +117,16 @@ private:
         const std::string place = "line " + std::to_string(number) + ": ";
         try {
             const Json document = Json::parse(line);
-            const std::string name = document.at("point").get<std::string>();
-            const Point point{document.at("type").get<std::string>(),
-                              document.value("description", std::string()), std::nullopt};
+            if (!document.is_object())
+                throw misuse("not a point as export writes it: no object");
+            const std::string name = text_of(document, "point");
+            const Point point{
+                text_of(document, "type"),
+                document.contains("description") ? text_of(document, "description") : "",
+                std::nullopt};
             const Json& value = document.at("value");
+            if (!kind_of(point.type) && !is_template(session, point.type))
+                session.check(ABSTRACT_DATA_TYPE_NULL, "create point " + in_quotes(name));
             std::optional<std::string> bytes; // before anything is done
             if (!value.is_null())
                 bytes = from_json(kind_of(point), value);
@@ -202,6 +141,26 @@ private:
         } catch (const Failure& failure) {
             throw Failure(failure.exit_status(), place + failure.what(), failure.advice());
         }
+    }
+
+    // What goes on as a C string. Throws Failure, or what reading JSON does.
+    static std::string text_of(const Json& document, const char* key)
+    {
+        const std::string text = document.at(key).get<std::string>();
+        if (has_nul(text))
+            throw misuse(in_quotes(key) + " has a NUL byte in it");
+        return text;
+    }
+
+    static bool is_template(const Session& session, const std::string& type)
+    {
+        Names names;
+        const int code =
+            vl_get_query_data_type(names.out(), session.server(), session.realm());
+        if (code != TYPE_LIST_IS_NUL) // there is none
+            session.check(code, "list the templates");
+        const std::vector<std::string> all = names.all();
+        return std::find(all.begin(), all.end(), type) != all.end();
     }
 
     static bool create(const Session& session, const std::string& name, const Point& point)
@@ -239,7 +198,6 @@ private:
 
 void add_point_transfer(Group& point)
 {
-    point.verb<Watch>("watch", "Shows points and every change of theirs until interrupted");
     point.verb<Export>("export", "Writes points as lines of JSON");
     point.verb<Import>("import", "Creates and writes points as exported");
 }

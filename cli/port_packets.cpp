@@ -36,14 +36,15 @@ protected:
     std::string bytes() const { return data.bytes(); }
 
     void send(const Session& session, const Interruption& interruption, unsigned int handle,
-              const std::string& bytes, Function function, const Waiting& waiting) const
+              const std::string& bytes, Function function, const Waiting& waiting,
+              const char* action = "send on") const
     {
         const int code =
             waiting.run(session, interruption, SENDMSG_TIMEOUT, [&](unsigned int option) {
                 return function(handle, bytes.data(), static_cast<int>(bytes.size()),
                                 option, session.server(), session.realm());
             });
-        session.check(code, "send on port " + in_quotes(port));
+        session.check(code, std::string(action) + " port " + in_quotes(port));
     }
 
     std::string port;
@@ -89,7 +90,8 @@ struct Reply : Sending {
         const std::string reply = bytes();
         const unsigned int handle = port_handle(session, port);
         const Interruption interruption;
-        send(session, interruption, handle, reply, vl_reply_packet, waiting);
+        send(session, interruption, handle, reply, vl_reply_packet, waiting,
+             "answer a packet of");
         session.out.done({{"port", json_text(port)}, {"size", reply.size()}},
                          "answered a packet of port " + in_quotes(port) + " with " +
                              counted(reply.size(), "byte"));
@@ -165,7 +167,8 @@ struct Receive {
             const int code = follow
                                  ? Waiting::forever(session, interruption, time_out, take)
                                  : waiting.run(session, interruption, time_out, take);
-            session.check(code, "receive on port " + in_quotes(port));
+            session.check(code, (reply ? "get a reply on port " : "receive on port ") +
+                                    in_quotes(port));
             if (!follow)
                 return shown.one(session, port, packet);
             shown.line(session, port, packet);

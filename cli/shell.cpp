@@ -1,4 +1,5 @@
 // velmo shell: commands one after the other.
+#include <algorithm>
 #include <clocale>
 #include <csignal>
 #include <cstdio>
@@ -123,11 +124,11 @@ private:
     bool perform(Session& session, const std::string& text, Execute execute) const
     {
         Line line = split(text);
-        if (line.is_open) {
-            session.out.error("a quote is not closed", "");
-            session.exit_status = misused;
-            return !stop;
-        }
+        if (line.is_open)
+            return refuse(session, "a quote is not closed");
+        // As in every argument of a program: names are C strings further on.
+        if (std::any_of(line.words.begin(), line.words.end(), has_nul))
+            return refuse(session, "a NUL byte cannot be part of a command");
         if (line.words.empty())
             return true;
         const std::string first = line.words.front();
@@ -146,6 +147,14 @@ private:
         words.insert(words.end(), line.words.begin(), line.words.end());
         session.exit_status = execute(words);
         return session.exit_status == succeeded || !stop;
+    }
+
+    // Whether to go on.
+    bool refuse(Session& session, const std::string& why) const
+    {
+        session.out.error(why, "");
+        session.exit_status = misused;
+        return !stop;
     }
 
     bool stop = false;

@@ -134,6 +134,11 @@ std::size_t width(std::string_view text)
     return columns;
 }
 
+bool has_nul(std::string_view text)
+{
+    return text.find('\0') != std::string_view::npos;
+}
+
 std::string to_hex(std::string_view bytes)
 {
     std::string result;

@@ -22,6 +22,9 @@ std::string harmless(std::string_view text);
 // How many columns it takes, one for each character.
 std::size_t width(std::string_view text);
 
+// Whether it would be cut where a C string is wanted.
+bool has_nul(std::string_view text);
+
 std::string to_hex(std::string_view bytes);
 
 // Pairs of hexadecimal digits, with blanks, line ends or ":" between pairs; none when it

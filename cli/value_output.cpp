@@ -1,26 +1,9 @@
 #include "cli/value_output.h"
 
-#include <cerrno>
-#include <cstdio>
-#include <system_error>
-
 #include "cli/text.h"
+#include "cli/write_file.h"
 
 namespace velmo::cli {
-
-namespace {
-
-void write_file(const std::string& path, std::string_view bytes)
-{
-    std::FILE* const file = std::fopen(path.c_str(), "wbe");
-    bool good = file && std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-    good = file && std::fclose(file) == 0 && good;
-    if (!good)
-        throw misuse("cannot write " + in_quotes(path) + ": " +
-                     std::generic_category().message(errno));
-}
-
-} // namespace
 
 void add_kind(CLI::App& app, std::string& kind)
 {

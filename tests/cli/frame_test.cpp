@@ -12,8 +12,9 @@ TEST(Help, GoesToStandardOutput)
     const Result all = run_velmo("--help");
     EXPECT_EQ(all.status, 0);
     EXPECT_EQ(all.err, "");
-    for (const char* word : {"server", "settings", "point", "event", "snapshot", "error",
-                             "--server", "--realm", "--json", "--timeout", "--color"})
+    for (const char* word :
+         {"server", "settings", "point", "event", "snapshot", "error", "completion",
+          "--server", "--realm", "--json", "--timeout", "--color"})
         EXPECT_TRUE(contains(all.out, word)) << word;
     const Result one = run_velmo("point get --help");
     EXPECT_EQ(one.status, 0);
@@ -48,7 +49,7 @@ TEST_P(Misuse, EndsWithStatusTwoAndSaysWhatToDo)
 INSTANTIATE_TEST_SUITE_P(
     OfEachKind, Misuse,
     ::testing::Values(
-        Wrong{"", "a command is missing after \"velmo\"", "see: velmo --help"},
+        Wrong{"", "bench, shell, completion\n", "see: velmo --help"},
         Wrong{"pont get x", "there is no command \"pont\"; did you mean \"point\"?",
               "see: velmo --help"},
         Wrong{"--server S --json evnt", "did you mean \"event\"?", "see: velmo --help"},
@@ -113,6 +114,16 @@ TEST_F(Frame, FailureIsAMessageAndNeverMixedWithResults)
     EXPECT_EQ(result.err.substr(0, result.err.find(" There")),
               "velmo: cannot read point \"nothing\": VARIABLE_IS_NOT_EXIST (4002):");
     EXPECT_TRUE(contains(result.err, "\n    list the points with: velmo point ls\n"));
+}
+
+TEST_F(Frame, NamesAreNotCutAtANulByte)
+{
+    good("point create b int8");
+    const std::string script("point rm \"b\0x\"\n", 16);
+    const Result result = run_velmo({"shell"}, script);
+    EXPECT_EQ(result.status, 2);
+    EXPECT_TRUE(contains(result.err, "NUL")) << result.err;
+    EXPECT_EQ(good("point ls"), "b\n");
 }
 
 TEST_F(Frame, TextsAreInTheUsersLanguage)

@@ -65,6 +65,27 @@ TEST_F(PointTransfer, GoesThroughFiles)
     EXPECT_EQ(run_velmo("point import /nonexistent/file").status, 2);
 }
 
+TEST_F(PointTransfer, KeepsTheOldFileWhenItFails)
+{
+    create_a_few();
+    const std::string file = (folder.path() / "points.jsonl").string();
+    const auto content = [&] {
+        std::ostringstream text;
+        text << std::ifstream(file).rdbuf();
+        return text.str();
+    };
+    std::ofstream(file) << "old";
+    good({"point", "create", "z\xff", "int8"});
+    EXPECT_EQ(run_velmo(Words{"point", "export", file}).status, 2);
+    EXPECT_EQ(content(), "old");
+    good({"point", "rm", "z\xff"});
+    good({"point", "export", file});
+    EXPECT_EQ(content(), good("point export"));
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
+        EXPECT_FALSE(contains(entry.path().filename().string(), ".velmo-")) << entry.path();
+    EXPECT_EQ(run_velmo("point export /dev/full").status, 1);
+}
+
 TEST_F(PointTransfer, CarriesThousandsOfPoints)
 {
     std::string lines;
@@ -85,6 +106,11 @@ TEST_F(PointTransfer, ImportNamesTheLineThatIsWrong)
          std::initializer_list<std::tuple<const char*, int, const char*>>{
              {"{\"point\":", 2, "line 2: not a point as export writes it"},
              {"{\"point\":\"x\"}", 2, "line 2: not a point"},
+             {"[]", 2, "line 2: not a point as export writes it: no object"},
+             {"{\"point\":\"there\\u0000x\",\"type\":\"int8\",\"value\":1}", 2,
+              "line 2: \"point\" has a NUL byte"},
+             {"{\"point\":\"x\",\"type\":\"speed\",\"value\":1}", 1,
+              "line 2: cannot create point \"x\": ABSTRACT_DATA_TYPE_NULL (4000)"},
              {"{\"point\":\"x\",\"type\":\"int8\",\"value\":300}", 2, "line 2: \"300\""},
              {"{\"point\":\"there\",\"type\":\"int16\",\"value\":1}", 2,
               "line 2: point \"there\" is there with template \"int8\""},

@@ -70,6 +70,16 @@ TEST_F(PointValues, BytesPassAsTheyAre)
     EXPECT_EQ(good("point get b"), "") << "no bytes are not the same as no data";
 }
 
+TEST_F(PointValues, ThatDoNotFitOnTheDiskAreAFailure)
+{
+    good("point create b bytes");
+    good("point set b abc");
+    const Result full = run_velmo("point get b --file /dev/full");
+    EXPECT_EQ(full.status, 1);
+    EXPECT_TRUE(contains(full.err, "cannot write \"/dev/full\"")) << full.err;
+    EXPECT_EQ(run_velmo("point get b --file /nonexistent/file").status, 2);
+}
+
 TEST_F(PointValues, OfAMegabytePass)
 {
     std::string bytes(1u << 20, '\0');

@@ -166,7 +166,11 @@ TEST_F(Ports, RepliesAreTakenLater)
     good("port receive to");
     good("port reply to pong");
     EXPECT_EQ(run_json("port receive from --reply --as text")["value"], "pong");
-    EXPECT_EQ(run_velmo("port receive from --reply").status, 1);
+    const Result none = run_velmo("port receive from --reply");
+    EXPECT_EQ(none.status, 1);
+    EXPECT_TRUE(contains(none.err, "cannot get a reply on port \"from\"")) << none.err;
+    const Result twice = run_velmo("port reply to pong");
+    EXPECT_TRUE(contains(twice.err, "cannot answer a packet of port \"to\"")) << twice.err;
 }
 
 TEST_F(Ports, FollowShowsPacketsUntilInterrupted)
