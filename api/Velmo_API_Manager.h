@@ -25,6 +25,7 @@ public:
     int mid_disconnect();
 
     static int releam_seq(NameList* list, const char* server_name);
+
     static int create_port(const char* port, unsigned int handle, unsigned int capacity,
                            const char* server_name, const char* releam);
     int connect_port(const char* from, const char* to, unsigned int mode,

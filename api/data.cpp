@@ -10,10 +10,11 @@
 namespace velmo::api {
 
 OutgoingData::OutgoingData(const void* data, int length) noexcept
-    : is_usable(length == 0 || (length > 0 && data))
 {
-    if (!is_usable)
+    if (length < 0 || (length > 0 && !data)) {
+        problem = std::make_exception_ptr(BadArgument());
         return;
+    }
     try {
         bytes.length(static_cast<CORBA::ULong>(length));
         if (length > 0)
@@ -27,7 +28,6 @@ OutgoingData::OutgoingData(const void* data, int length) noexcept
 
 const Velmo::DATA_BUFFER& OutgoingData::sequence() const
 {
-    require(is_usable);
     if (problem)
         std::rethrow_exception(problem);
     return bytes;

@@ -20,9 +20,8 @@ public:
     const Velmo::DATA_BUFFER& sequence() const;
 
 private:
-    const bool is_usable;
     Velmo::DATA_BUFFER bytes;
-    std::exception_ptr problem;
+    std::exception_ptr problem; // null: none
 };
 
 // The data that a remote call brings back. A server in this process may deliver

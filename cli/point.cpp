@@ -193,12 +193,7 @@ struct Types {
 
     void run(Session& session) const
     {
-        Names names;
-        const int code =
-            vl_get_query_data_type(names.out(), session.server(), session.realm());
-        if (code != TYPE_LIST_IS_NUL) // there is none
-            session.check(code, "list the templates");
-        show_names(session, "types", names.all());
+        show_names(session, "types", template_names(session));
     }
 };
 

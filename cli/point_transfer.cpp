@@ -88,6 +88,7 @@ struct Import {
     {
         const std::string text = read_all(file.empty() ? "-" : file);
         std::size_t created = 0, updated = 0;
+        Templates templates;
         {
             Progress progress(true, "importing", counted_lines(text));
             std::istringstream lines(text);
@@ -95,7 +96,7 @@ struct Import {
             for (std::string line; std::getline(lines, line); progress.step()) {
                 ++number;
                 if (line.find_first_not_of(" \t\r") != std::string::npos)
-                    ++(take(session, line, number) ? created : updated);
+                    ++(take(session, line, number, templates) ? created : updated);
             }
         }
         session.out.result({{"created", created}, {"updated", updated}},
@@ -111,8 +112,12 @@ private:
                (text.empty() || text.back() == '\n' ? 0 : 1);
     }
 
+    // The server's, once a line has needed them.
+    using Templates = std::optional<std::vector<std::string>>;
+
     // Whether the point is a new one. Throws Failure.
-    static bool take(const Session& session, const std::string& line, std::size_t number)
+    static bool take(const Session& session, const std::string& line, std::size_t number,
+                     Templates& templates)
     {
         const std::string place = "line " + std::to_string(number) + ": ";
         try {
@@ -125,7 +130,7 @@ private:
                 document.contains("description") ? text_of(document, "description") : "",
                 std::nullopt};
             const Json& value = document.at("value");
-            if (!kind_of(point.type) && !is_template(session, point.type))
+            if (!kind_of(point.type) && !is_template(session, point.type, templates))
                 session.check(ABSTRACT_DATA_TYPE_NULL, "create point " + in_quotes(name));
             std::optional<std::string> bytes; // before anything is done
             if (!value.is_null())
@@ -152,15 +157,12 @@ private:
         return text;
     }
 
-    static bool is_template(const Session& session, const std::string& type)
+    static bool is_template(const Session& session, const std::string& type,
+                            Templates& templates)
     {
-        Names names;
-        const int code =
-            vl_get_query_data_type(names.out(), session.server(), session.realm());
-        if (code != TYPE_LIST_IS_NUL) // there is none
-            session.check(code, "list the templates");
-        const std::vector<std::string> all = names.all();
-        return std::find(all.begin(), all.end(), type) != all.end();
+        if (!templates)
+            templates = template_names(session);
+        return std::find(templates->begin(), templates->end(), type) != templates->end();
     }
 
     static bool create(const Session& session, const std::string& name, const Point& point)

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "cli/memory.h"
 #include "cli/session.h"
@@ -46,6 +47,16 @@ inline Point read_point(const Session& session, const std::string& name)
     Point point;
     session.check(read_point(session, name, point), "read point " + in_quotes(name));
     return point;
+}
+
+// As the server lists them. Throws Failure.
+inline std::vector<std::string> template_names(const Session& session)
+{
+    Names names;
+    const int code = vl_get_query_data_type(names.out(), session.server(), session.realm());
+    if (code != TYPE_LIST_IS_NUL) // there is none
+        session.check(code, "list the templates");
+    return names.all();
 }
 
 // How to take its value: as said, else as its template's name tells, else as bytes.
