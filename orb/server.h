@@ -28,6 +28,9 @@ struct ServerOptions {
     // Larger ones are refused before a servant sees them; brokers without such a limit
     // ignore it.
     unsigned long max_message = max_message_bytes;
+    // Called, by any thread, for every connection that was closed at once since the process
+    // may not open many more descriptors; brokers that cannot do so never call it.
+    void (*refused)() = nullptr;
 };
 
 // An endpoint that cannot be had, most often since the port is taken.

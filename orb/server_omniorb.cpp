@@ -1,6 +1,5 @@
 #include <netdb.h>
 #include <netinet/in.h>
-#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -10,15 +9,9 @@
 #include <system_error>
 
 #include "orb/arguments.h"
+#include "orb/connections_omniorb.h"
 #include "orb/options_omniorb.h"
 #include "orb/server.h"
-
-// Written to be included after the broker's other headers, and in this order.
-#include <omniORB4/internal/giopStrand.h>
-#include <omniORB4/internal/GIOP_S.h>
-#include <omniORB4/omniInterceptors.h>
-#include <omniORB4/tcpConnection.h>
-#include <omniORB4/unixConnection.h>
 
 namespace velmo::orb {
 
@@ -53,19 +46,16 @@ std::uint16_t free_port(const std::string& host)
     return ntohs(address.ss_family == AF_INET6 ? v6->sin6_port : v4->sin_port);
 }
 
-// Where the call has come from that this thread serves, or has served last.
-thread_local omni::giopConnection* served_connection = nullptr;
-
-CORBA::Boolean note_connection(omni::omniInterceptors::serverReceiveRequest_T::info_T& call)
-{
-    served_connection = call.giop_s.strand().connection;
-    return true; // the call may go on
-}
-
 CORBA::ORB_var listening_orb(const ServerOptions& options)
 {
-    std::vector<std::string> arguments{"-ORBtraceLevel", "0", "-ORBgiopMaxMsgSize",
-                                       std::to_string(options.max_message)};
+    // With a thread for each connection, however many there are: calls may wait for long,
+    // and those that a pool has no thread for would wait for them.
+    std::vector<std::string> arguments{"-ORBtraceLevel",
+                                       "0",
+                                       "-ORBgiopMaxMsgSize",
+                                       std::to_string(options.max_message),
+                                       "-ORBthreadPerConnectionUpperLimit",
+                                       "1000000"};
     for (const Endpoint& endpoint : options.endpoints) {
         const std::uint16_t port = endpoint.port ? endpoint.port : free_port(endpoint.host);
         arguments.insert(arguments.end(),
@@ -79,10 +69,12 @@ CORBA::ORB_var listening_orb(const ServerOptions& options)
     }
     Arguments vector{std::move(arguments)};
     CORBA::ORB_var orb = CORBA::ORB_init(vector.count, vector.values());
-    omniORB::getInterceptors()->serverReceiveRequest.add(note_connection);
+    look_after_connections(options.refused);
     try {
         // The ORB listens as soon as it has an object adapter.
         CORBA::Object_var adapter = orb->resolve_initial_references("RootPOA");
+        if (!options.unix_socket.empty())
+            lengthen_queue(options.unix_socket);
     } catch (const CORBA::INITIALIZE& error) {
         orb->destroy();
         throw EndpointError(describe(error));
@@ -119,27 +111,6 @@ CORBA::Object_ptr activate_under_key(CORBA::ORB_ptr orb, const char* key,
     PortableServer::POAManager_var manager = adapter->the_POAManager();
     manager->activate();
     return adapter->id_to_reference(id.in());
-}
-
-// The broker closes a socket only when no call of its connection is served any more.
-ServedConnection::ServedConnection() : socket(-1)
-{
-    if (const auto* tcp = dynamic_cast<omni::tcpConnection*>(served_connection))
-        socket = tcp->handle();
-    else if (const auto* local = dynamic_cast<omni::unixConnection*>(served_connection))
-        socket = local->handle();
-}
-
-bool ServedConnection::can_tell()
-{
-    return true;
-}
-
-bool ServedConnection::closed() const
-{
-    // Requests that lie unread do not hide the end.
-    pollfd state{socket, POLLRDHUP, 0};
-    return socket >= 0 && poll(&state, 1, 0) == 1;
 }
 
 } // namespace velmo::orb

@@ -155,9 +155,15 @@ void CommandLine::add_places()
 void CommandLine::add_operation()
 {
     app.add_option("--data-dir", options.data_dir,
-                   "Folder to keep snapshots in (without it there are none)")
+                   "Folder to keep snapshots, and the state, in (without it there are "
+                   "none)")
         ->type_name("FOLDER");
-    app.add_flag("--load", options.load, "Begin with what the last snapshots hold");
+    app.add_flag("--durable", options.durable,
+                 "Keep every change on the disk before it is acknowledged, and begin with "
+                 "that");
+    app.add_flag("--load", options.load,
+                 "Begin with what the last snapshots hold (with --durable the first time "
+                 "only)");
     app.add_option("--metrics", metrics,
                    "Show metrics in Prometheus' format at http://HOST:PORT/metrics")
         ->type_name("HOST:PORT");

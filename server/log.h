@@ -17,6 +17,10 @@ struct LogField {
 // thread; never throws but for lack of memory.
 void log_event(const char* event, std::initializer_list<LogField> fields = {});
 
+// For every connection that was refused: the first one is logged, and from then on how many
+// there were since, once a minute at most.
+void log_refused_connection();
+
 } // namespace velmo::server
 
 #endif

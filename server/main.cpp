@@ -64,6 +64,7 @@ void reload(Server& velmod, const server::Arguments& arguments)
 
 int run(const Options& options, const server::Arguments& arguments, const sigset_t& signals)
 {
+    server::raise_descriptor_limit();
     Server velmod(options);
     announce(options, velmod);
 
@@ -124,6 +125,7 @@ int main(int argc, char** argv)
     std::optional<Options> options;
     try {
         int exit_status = EXIT_SUCCESS;
+        std::signal(SIGXFSZ, SIG_IGN); // a file that may not grow is an error, not the end
         options = server::parse_options(arguments, exit_status);
         if (!options)
             return exit_status;

@@ -45,6 +45,8 @@ const Options& checked(const Options& options)
 {
     if (options.load && options.data_dir.empty())
         throw std::runtime_error("--load needs --data-dir, where the snapshots are");
+    if (options.durable && options.data_dir.empty())
+        throw std::runtime_error("--durable needs --data-dir, where the state is kept");
     return options;
 }
 

@@ -32,7 +32,8 @@ struct Options {
     bool use_unix_socket = true;
     std::string unix_socket;              // an absolute path; empty: velmod chooses one
     std::string naming;                   // empty: velmod's own naming service
-    std::string data_dir;                 // an absolute path; empty: no snapshots
+    std::string data_dir;                 // an absolute path; empty: nothing is kept
+    bool durable = false;                 // every change is kept
     bool load = false;                    // the last snapshots, at start
     std::optional<orb::Endpoint> metrics; // where to show them; none: nowhere
     int ready_fd = -1;                    // -1: none

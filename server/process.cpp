@@ -45,6 +45,14 @@ bool is_given_for_writing(int descriptor)
     return flags >= 0 && (flags & O_ACCMODE) != O_RDONLY;
 }
 
+void raise_descriptor_limit()
+{
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    limit.rlim_cur = limit.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &limit);
+}
+
 void notify_ready(const std::string& status)
 {
     sd_notifyf(0, "READY=1\nSTATUS=%s\nMAINPID=%ld", status.c_str(),

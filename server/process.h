@@ -15,6 +15,10 @@ namespace velmo::server {
 // Those that libraries have opened before main() were not.
 bool is_given_for_writing(int descriptor);
 
+// Lets the process open as many descriptors as it may, for as many clients: the usual limit
+// of 1024 is for programs that call select().
+void raise_descriptor_limit();
+
 // Tell the service manager how the process is, where NOTIFY_SOCKET names its socket;
 // otherwise they do nothing. The status is a line for people.
 void notify_ready(const std::string& status);

@@ -14,16 +14,27 @@ namespace {
 
 constexpr std::chrono::seconds patience_with_clients{1};
 
-std::unique_ptr<store::SnapshotStore> open_store(const Options& options,
-                                                 const services::Realms& realms)
+std::unique_ptr<store::SnapshotStore> open_store(const Options& options)
 {
     if (options.data_dir.empty())
         return nullptr;
-    auto store = std::make_unique<store::SnapshotStore>(options.data_dir, options.server);
-    if (options.load)
-        for (const auto& realm : realms)
-            services::Snapshots(store.get(), *realm).load_all();
-    return store;
+    return std::make_unique<store::SnapshotStore>(options.data_dir, options.server);
+}
+
+// Fills the realms with what was kept.
+std::unique_ptr<journal::Durability>
+recover(const Options& options, const services::Realms& realms, store::SnapshotStore* store)
+{
+    const auto load = [&](model::Realm& realm) {
+        if (options.load)
+            services::Snapshots(store, realm).load_all();
+    };
+    if (options.durable)
+        return std::make_unique<journal::Durability>(options.data_dir, options.server,
+                                                     realms, load);
+    for (const auto& realm : realms)
+        load(*realm);
+    return nullptr;
 }
 
 // Empty for none. One that nobody asked for is not worth failing.
@@ -75,12 +86,14 @@ void log_limits(const Limits& limits)
 } // namespace
 
 Server::Server(const Options& its_options)
-    : options(its_options), realms(make_realms(options)),
-      store(open_store(options, realms)),
-      calls(options.metrics ? &call_metrics : nullptr, options.limits.max_message),
+    : options(its_options), realms(make_realms(options)), store(open_store(options)),
+      durability(recover(options, realms, store.get())),
+      calls(options.metrics ? &call_metrics : nullptr, options.limits.max_message,
+            commit()),
       socket_path(choose_socket_path(options)),
-      orb(orb::make_server_orb(
-          {options.endpoints, socket_path, max_broker_message(options.limits)})),
+      orb(orb::make_server_orb({options.endpoints, socket_path,
+                                max_broker_message(options.limits),
+                                log_refused_connection})),
       socket_file(socket_path)
 {
     log_start(options);
@@ -112,6 +125,11 @@ Server::Server(const Options& its_options)
     });
 }
 
+journal::GroupCommit* Server::commit() const
+{
+    return durability ? &durability->commit() : nullptr;
+}
+
 void Server::show_metrics()
 {
     std::vector<const model::Realm*> shown;
@@ -120,7 +138,7 @@ void Server::show_metrics()
     exposition = std::make_unique<metrics::Exposition>(
         host_and_port(*options.metrics),
         metrics::Labels{{"server", options.server}, {"version", VELMO_VERSION}},
-        call_metrics, std::move(shown));
+        call_metrics, std::move(shown), commit());
     log_event("metrics",
               {{"address", host_and_port({options.metrics->host, exposition->port()})}});
 }
@@ -132,6 +150,8 @@ void Server::reload(const Options& wanted)
     for (const std::string& name : reconfigure(realms, wanted))
         log_event("needs-restart",
                   {{"template", name}, {"reason", "there are points of it"}});
+    if (durability && !durability->keep_templates())
+        log_event("templates-not-kept", {{"reason", commit()->status().failing}});
     options.limits.max_points = wanted.limits.max_points;
     options.limits.max_wait = wanted.limits.max_wait;
     options.limits.lease = wanted.limits.lease;

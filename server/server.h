@@ -6,6 +6,7 @@
 #include <string>
 #include <thread>
 
+#include "server/journal/durability.h"
 #include "server/metrics/exposition.h"
 #include "server/naming/naming_tree.h"
 #include "server/naming/registrar.h"
@@ -44,10 +45,12 @@ public:
 
 private:
     void show_metrics();
+    journal::GroupCommit* commit() const; // null when changes are not kept
 
     Options options; // with what reload() has changed
     services::Realms realms;
-    std::unique_ptr<store::SnapshotStore> store; // null without a data folder
+    std::unique_ptr<store::SnapshotStore> store;     // null without a data folder
+    std::unique_ptr<journal::Durability> durability; // null when changes are not kept
     metrics::CallMetrics call_metrics;
     const services::Calls calls;
     std::unique_ptr<metrics::Exposition> exposition; // null without metrics

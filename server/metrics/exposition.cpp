@@ -14,8 +14,10 @@ using prometheus::ClientMetric;
 class Collector : public prometheus::Collectable {
 public:
     Collector(Labels its_info, const CallMetrics& its_calls,
-              std::vector<const model::Realm*> its_realms)
-        : info(std::move(its_info)), calls(its_calls), realms(std::move(its_realms))
+              std::vector<const model::Realm*> its_realms,
+              const journal::GroupCommit* its_journal)
+        : info(std::move(its_info)), calls(its_calls), realms(std::move(its_realms)),
+          journal(its_journal)
     {
     }
 
@@ -30,6 +32,8 @@ public:
                            {about}}};
         add_call_families(families, calls);
         add_realm_families(families, realms);
+        if (journal)
+            add_journal_families(families, journal->status());
         return families;
     }
 
@@ -37,6 +41,7 @@ private:
     const Labels info;
     const CallMetrics& calls;
     const std::vector<const model::Realm*> realms;
+    const journal::GroupCommit* const journal;
 };
 
 } // namespace
@@ -56,9 +61,11 @@ struct Exposition::State {
 };
 
 Exposition::Exposition(const std::string& address, Labels info, const CallMetrics& calls,
-                       std::vector<const model::Realm*> realms)
+                       std::vector<const model::Realm*> realms,
+                       const journal::GroupCommit* journal)
 {
-    auto collector = std::make_shared<Collector>(std::move(info), calls, std::move(realms));
+    auto collector =
+        std::make_shared<Collector>(std::move(info), calls, std::move(realms), journal);
     try {
         state = std::make_unique<State>(address, std::move(collector));
     } catch (const std::exception&) {

@@ -17,9 +17,10 @@ using Labels = std::vector<prometheus::ClientMetric::Label>;
 class Exposition {
 public:
     // address: HOST:PORT; port 0 is any free one. info: the labels of velmod_info.
-    // Throws std::runtime_error when it cannot listen there.
+    // journal: null for none. Throws std::runtime_error when it cannot listen there.
     Exposition(const std::string& address, Labels info, const CallMetrics& calls,
-               std::vector<const model::Realm*> realms);
+               std::vector<const model::Realm*> realms,
+               const journal::GroupCommit* journal = nullptr);
     ~Exposition();
     Exposition(const Exposition&) = delete;
     Exposition& operator=(const Exposition&) = delete;

@@ -6,6 +6,7 @@
 
 #include <prometheus/metric_family.h>
 
+#include "server/journal/group_commit.h"
 #include "server/metrics/call_metrics.h"
 #include "server/model/realm.h"
 
@@ -19,6 +20,9 @@ void add_call_families(Families& families, const CallMetrics& calls);
 // Of what the realms hold at this moment, by realm. Of the queues, the fullest ones of
 // each realm are given one by one. Names that are not UTF-8 have "?" in their place.
 void add_realm_families(Families& families, const std::vector<const model::Realm*>& realms);
+
+// Of the journal, of all realms together.
+void add_journal_families(Families& families, const journal::Status& status);
 
 constexpr std::size_t queues_shown = 100; // of a realm, at most
 

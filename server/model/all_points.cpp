@@ -104,6 +104,11 @@ vl_result PointService::restore(std::vector<PointImage> images, std::string& pro
         return CREATE_DATAPOINT_FAI;
     }
     std::array<Points, shard_count> fresh;
+    Changes changes;
+    if (journal) {
+        changes.push_back(AllPointsRemoved());
+        changes.insert(changes.end(), images.begin(), images.end());
+    }
     for (PointImage& image : images) {
         const vl_result result = restore_one(image, fresh[shard_index(image.name)]);
         if (result != VL_OK) {
@@ -114,6 +119,8 @@ vl_result PointService::restore(std::vector<PointImage> images, std::string& pro
     }
     const std::lock_guard turn(visiting);
     const auto locks = lock_all();
+    if (journal)
+        journal->append(std::move(changes));
     for (std::size_t i = 0; i < shard_count; ++i)
         shards[i].points.swap(fresh[i]);
     count = images.size();

@@ -29,14 +29,28 @@ ContentionService::ContentionService(const ContentionLimits& contention_limits, 
 {
 }
 
+class ContentionService::Changing {
+public:
+    explicit Changing(const ContentionService& its_service)
+        : lock(its_service.mutex), service(its_service)
+    {
+    }
+    ~Changing() { service.recorder.close(); }
+
+private:
+    const std::lock_guard<std::mutex> lock;
+    const ContentionService& service;
+};
+
 bool ContentionService::goes_before(const Contender& one, const Contender& other)
 {
     return one.priority != other.priority ? one.priority > other.priority
                                           : one.arrival < other.arrival;
 }
 
-void ContentionService::elect(Group& group)
+void ContentionService::elect(Groups::value_type& entry) const
 {
+    Group& group = entry.second;
     const auto first = std::min_element(
         group.contenders.begin(), group.contenders.end(),
         [](const auto& a, const auto& b) { return goes_before(a.second, b.second); });
@@ -44,41 +58,59 @@ void ContentionService::elect(Group& group)
         group.master.reset();
     } else if (group.master != first->first) {
         group.master = first->first;
-        ++group.epoch;
+        recorder.add(GroupImage{entry.first, ++group.epoch});
     }
 }
 
-void ContentionService::settle(Group& group, Clock::time_point moment)
+void ContentionService::settle(Groups::value_type& entry, Clock::time_point moment) const
 {
-    for (auto i = group.contenders.begin(); i != group.contenders.end();)
-        i = i->second.lease_end <= moment ? group.contenders.erase(i) : std::next(i);
+    Contenders& contenders = entry.second.contenders;
+    for (auto i = contenders.begin(); i != contenders.end();) {
+        const auto contender = i++;
+        if (contender->second.lease_end <= moment)
+            take_out(entry, contender);
+    }
     // One that comes back in this very call has been out, and needs a new epoch.
-    elect(group);
+    elect(entry);
+}
+
+void ContentionService::take_out(Groups::value_type& entry,
+                                 Contenders::iterator contender) const
+{
+    if (recorder.on())
+        recorder.add(ContenderRemoved{entry.first, contender->first});
+    entry.second.contenders.erase(contender);
 }
 
 // Makes room, when it must, by forgetting groups that nobody stands in.
-ContentionService::Group* ContentionService::open_group(std::string_view name)
+ContentionService::Groups::value_type* ContentionService::open_group(std::string_view name)
 {
     const auto found = all_groups.find(name);
     if (found != all_groups.end())
-        return &found->second;
-    if (all_groups.size() >= limits.max_groups) {
-        const Clock::time_point moment = now();
-        for (auto i = all_groups.begin(); i != all_groups.end();) {
-            settle(i->second, moment);
-            if (i->second.contenders.empty()) {
-                epoch_before_any = std::max(epoch_before_any, i->second.epoch);
-                i = all_groups.erase(i);
-            } else {
-                ++i;
-            }
+        return &*found;
+    if (all_groups.size() >= limits.max_groups)
+        forget_empty_groups();
+    if (all_groups.size() >= limits.max_groups)
+        return nullptr;
+    Groups::value_type& group = *all_groups.try_emplace(std::string(name)).first;
+    group.second.epoch = epoch_before_any;
+    return &group;
+}
+
+void ContentionService::forget_empty_groups()
+{
+    const Clock::time_point moment = now();
+    for (auto i = all_groups.begin(); i != all_groups.end();) {
+        settle(*i, moment);
+        if (!i->second.contenders.empty()) {
+            ++i;
+            continue;
         }
-        if (all_groups.size() >= limits.max_groups)
-            return nullptr;
+        epoch_before_any = std::max(epoch_before_any, i->second.epoch);
+        recorder.add(GroupRemoved{i->first});
+        i = all_groups.erase(i);
     }
-    Group* group = &all_groups[std::string(name)];
-    group->epoch = epoch_before_any;
-    return group;
+    recorder.add(GroupImage{"", epoch_before_any});
 }
 
 vl_result ContentionService::regist_contender(std::string_view group_name,
@@ -92,23 +124,27 @@ vl_result ContentionService::regist_contender(std::string_view group_name,
         return PARAMETER_ERROR;
     if (data->size() > limits.data_bytes)
         return SIZE_IS_NOT_MATCH;
-    const std::lock_guard<std::mutex> lock(mutex);
-    Group* group = open_group(group_name);
+    const Changing lock(*this);
+    Groups::value_type* group = open_group(group_name);
     if (!group)
         return MEMORY_ALLOCATION_FAI;
     const Clock::time_point moment = now();
     settle(*group, moment);
-    auto contender = group->contenders.find(contender_name);
-    if (contender == group->contenders.end()) {
-        if (group->contenders.size() >= limits.max_contenders)
+    Contenders& contenders = group->second.contenders;
+    auto contender = contenders.find(contender_name);
+    if (contender == contenders.end()) {
+        if (contenders.size() >= limits.max_contenders)
             return MEMORY_ALLOCATION_FAI;
-        contender = group->contenders.emplace(contender_name, Contender()).first;
+        contender = contenders.emplace(contender_name, Contender()).first;
         contender->second.arrival = ++arrivals;
     }
     contender->second.priority = priority;
     contender->second.role = role;
     contender->second.data = data;
     contender->second.lease_end = moment + limits.lease;
+    if (recorder.on())
+        recorder.add(ContenderImage{group->first, contender->first, priority,
+                                    contender->second.arrival, std::string(role), data});
     elect(*group);
     return VL_OK;
 }
@@ -121,18 +157,18 @@ vl_result ContentionService::find(std::string_view group_name,
     const auto group = all_groups.find(group_name);
     if (group == all_groups.end())
         return CONTENDER_IS_NUL;
-    standing.group = &group->second;
+    standing.group = &*group;
     standing.moment = now();
     settle(*standing.group, standing.moment);
-    standing.contender = standing.group->contenders.find(contender_name);
-    return standing.contender == standing.group->contenders.end() ? CONTENDER_IS_NUL
-                                                                  : VL_OK;
+    Contenders& contenders = group->second.contenders;
+    standing.contender = contenders.find(contender_name);
+    return standing.contender == contenders.end() ? CONTENDER_IS_NUL : VL_OK;
 }
 
 vl_result ContentionService::update_contender(std::string_view group,
                                               std::string_view contender)
 {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const Changing lock(*this);
     Standing standing;
     const vl_result result = find(group, contender, standing);
     if (result == VL_OK)
@@ -142,11 +178,11 @@ vl_result ContentionService::update_contender(std::string_view group,
 
 vl_result ContentionService::out_contend(std::string_view group, std::string_view contender)
 {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const Changing lock(*this);
     Standing standing;
     const vl_result result = find(group, contender, standing);
     if (result == VL_OK) {
-        standing.group->contenders.erase(standing.contender);
+        take_out(*standing.group, standing.contender);
         elect(*standing.group);
     }
     return result;
@@ -154,12 +190,12 @@ vl_result ContentionService::out_contend(std::string_view group, std::string_vie
 
 std::optional<GroupStatus> ContentionService::status(std::string_view name) const
 {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const Changing lock(*this);
     const auto found = all_groups.find(name);
     if (found == all_groups.end())
         return std::nullopt;
     const Clock::time_point moment = now();
-    settle(found->second, moment);
+    settle(*found, moment);
 
     std::vector<const Contenders::value_type*> order;
     for (const auto& contender : found->second.contenders)
@@ -195,12 +231,12 @@ void ContentionService::set_lease(std::chrono::milliseconds lease)
 
 std::size_t ContentionService::leases() const
 {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const Changing lock(*this);
     const Clock::time_point moment = now();
     std::size_t count = 0;
-    for (auto& [name, group] : all_groups) {
+    for (Groups::value_type& group : all_groups) {
         settle(group, moment);
-        count += group.contenders.size();
+        count += group.second.contenders.size();
     }
     return count;
 }

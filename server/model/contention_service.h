@@ -12,8 +12,11 @@
 //     the group's epoch rises. Two masters never have the same epoch, and a later one
 //     has the higher. That holds over restarts of the server too, as long as its wall
 //     clock is not set back: see first_epoch_of_now().
-//   - Contenders are not kept over a restart: every contender gets CONTENDER_IS_NUL at
-//     its next update, registers again, and whoever is master then has a new epoch.
+//   - Without a journal, contenders are not kept over a restart: every contender gets
+//     CONTENDER_IS_NUL at its next update, registers again, and whoever is master then
+//     has a new epoch. With one they stand, each with a whole lease from the restart on,
+//     and the master has a new epoch all the same: what anybody may have seen of elections
+//     that nobody recorded is outdated by that.
 //
 // What is not promised
 //   - That a master knows at once that it is one no more. A process that was suspended,
@@ -49,7 +52,7 @@
 #include <string_view>
 #include <vector>
 
-#include "server/model/data.h"
+#include "server/model/journal.h"
 #include "vl_result.h"
 
 namespace velmo::model {
@@ -91,6 +94,18 @@ public:
     // first: the epoch of each group's first master.
     explicit ContentionService(const ContentionLimits& limits = {}, Now now = Clock::now,
                                Epoch first = first_epoch_of_now());
+
+    // Has every change but the renewal of leases appended to a journal, which must outlive
+    // the service; first of all the epochs that there are. Before any other thread uses
+    // the service.
+    void keep_in(Journal& journal);
+
+    // Makes what a journal kept the contents of a new service, all leases beginning now.
+    //   MIDPLUSDATA_IS_BAD  bad names, a name twice, a contender of no group, no data
+    vl_result restore(const ContentionImage& image);
+
+    // All of it at one moment.
+    ContentionImage image() const;
 
     // Registers a contender, or renews the lease of one that stands and gives it a new
     // priority, role and data; it keeps its place among equals. role says what the data
@@ -145,24 +160,31 @@ private:
 
     // Who of two would be master.
     static bool goes_before(const Contender& one, const Contender& other);
-    static void elect(Group& group);
+    void elect(Groups::value_type& group) const;
 
     // Takes out whose lease is over at this moment.
-    static void settle(Group& group, Clock::time_point moment);
+    void settle(Groups::value_type& group, Clock::time_point moment) const;
+    void take_out(Groups::value_type& group, Contenders::iterator contender) const;
+
+    // The lock, for whoever may change something, be it by looking: what was recorded
+    // under it is appended when it ends.
+    class Changing;
 
     struct Standing {
-        Group* group;
+        Groups::value_type* group;
         Contenders::iterator contender;
         Clock::time_point moment; // of looking
     };
     vl_result find(std::string_view group, std::string_view contender, Standing& standing);
 
-    Group* open_group(std::string_view name);
+    Groups::value_type* open_group(std::string_view name);
+    void forget_empty_groups();
 
     ContentionLimits limits; // of which the lease may change, under the lock
     const Now now;
     mutable std::mutex mutex;
     // Reading settles what time has changed.
+    mutable Recorder recorder;
     mutable Groups all_groups;
     Epoch epoch_before_any; // no group that is not in all_groups had a higher one
     std::uint64_t arrivals = 0;

@@ -16,6 +16,7 @@ vl_result EventService::declare_event(EventId id, const Data& data, std::int32_t
     if (state.declarations.size() >= limits.max_declarations)
         return MEMORY_ALLOCATION_FAI;
     state.declarations.emplace(id, data);
+    recorder.append(EventDeclarationImage{id, data});
     return VL_OK;
 }
 
@@ -31,7 +32,8 @@ vl_result EventService::add_event(std::string_view name, EventId id)
         return OBJECT_ALREADY_EXSIT;
     if (state.events.size() >= limits.max_events)
         return MEMORY_ALLOCATION_FAI;
-    state.events.emplace(name, Event{id, 0, declaration->second});
+    const auto event = state.events.emplace(name, Event{id, 0, declaration->second}).first;
+    record(name, event->second);
     return VL_OK;
 }
 
@@ -45,6 +47,7 @@ vl_result EventService::send_event(std::string_view name, const Data& data)
         return SIZE_IS_NOT_MATCH;
     event->data = data->empty() ? state.declarations.at(event->id) : data;
     ++event->count;
+    record(name, *event);
     return VL_OK;
 }
 
@@ -66,7 +69,14 @@ vl_result EventService::clear_event(std::string_view name)
         return EVENT_DECLARE_NUL;
     event->count = 0;
     event->data = state.declarations.at(event->id);
+    record(name, *event);
     return VL_OK;
+}
+
+void EventService::record(std::string_view name, const Event& event)
+{
+    if (recorder.on())
+        recorder.append(EventImage{std::string(name), event.id, event.data, event.count});
 }
 
 std::optional<EventStatus> EventService::status(std::string_view name) const
@@ -140,6 +150,12 @@ vl_result EventService::restore(const EventsImage& image)
         return MIDPLUSDATA_IS_BAD;
     const std::lock_guard<std::mutex> lock(mutex);
     std::swap(state, restored);
+    recorder.add(AllEventsRemoved());
+    for (const EventDeclarationImage& declaration : image.declarations)
+        recorder.add(declaration);
+    for (const EventImage& event : image.events)
+        recorder.add(event);
+    recorder.close();
     return VL_OK;
 }
 

@@ -16,7 +16,7 @@
 #include <optional>
 #include <string_view>
 
-#include "server/model/images.h"
+#include "server/model/journal.h"
 #include "vl_result.h"
 
 namespace velmo::model {
@@ -43,6 +43,10 @@ struct EventStatus {
 class EventService {
 public:
     explicit EventService(const EventLimits& event_limits = {}) : limits(event_limits) {}
+
+    // Has every change appended to a journal, which must outlive the service. Before any
+    // other thread uses the service.
+    void keep_in(Journal& journal) { recorder.keep_in(journal); }
 
     // Declares what events of this id are like. data: what an event has before it is
     // raised, and when it is raised with none. A declaration is for good.
@@ -110,8 +114,11 @@ private:
     Event* find(std::string_view name);
     const Event* find(std::string_view name) const;
 
+    void record(std::string_view name, const Event& event);
+
     const EventLimits limits;
     mutable std::mutex mutex;
+    Recorder recorder;
     State state;
 };
 

@@ -19,6 +19,7 @@ struct PointImage {
 struct PacketImage {
     Data data;
     Handle sender = 0;
+    std::int64_t number = 0; // that its queue knows it by; rises from the oldest on
 };
 
 struct PortImage {
@@ -30,7 +31,8 @@ struct PortImage {
     std::uint64_t turn = 0;           // the receiver to begin with when there are no copies
     std::vector<PacketImage> packets; // oldest first
     std::vector<PacketImage> replies;
-    std::vector<Handle> unanswered; // senders, oldest first
+    std::vector<Handle> unanswered;    // senders, oldest first
+    std::int64_t questions_before = 0; // those unanswered were received after so many
 };
 
 struct ConnectionImage {
@@ -60,6 +62,25 @@ struct EventImage {
 struct EventsImage {
     std::vector<EventDeclarationImage> declarations;
     std::vector<EventImage> events;
+};
+
+struct ContenderImage {
+    std::string group;
+    std::string name;
+    std::int32_t priority = 0;
+    std::uint64_t arrival = 0; // rises from one that registers to the next
+    std::string role;
+    Data data;
+};
+
+struct GroupImage {
+    std::string name; // empty: of groups that were forgotten, the highest epoch
+    std::uint64_t epoch = 0;
+};
+
+struct ContentionImage {
+    std::vector<GroupImage> groups;
+    std::vector<ContenderImage> contenders;
 };
 
 } // namespace velmo::model

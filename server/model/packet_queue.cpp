@@ -56,7 +56,7 @@ bool PacketQueue::accepts(const Packet& packet)
            (packets.size() < max_packets && bytes + packet.data->size() <= max_bytes);
 }
 
-bool PacketQueue::put(Packet packet, End end)
+const Packet* PacketQueue::put(Packet packet, End end)
 {
     const auto taker =
         std::find_if(receivers.begin(), receivers.end(),
@@ -64,15 +64,28 @@ bool PacketQueue::put(Packet packet, End end)
     if (taker != receivers.end()) {
         (*taker)->packet = std::move(packet);
         (*taker)->arrived.notify_one();
-        return true;
+        return nullptr;
     }
-    const std::size_t size = packet.data->size();
-    if (end == End::front)
-        packets.push_front(std::move(packet));
-    else
-        packets.push_back(std::move(packet));
-    bytes += size;
-    return false;
+    bytes += packet.data->size();
+    if (end == End::front) {
+        packet.number = packets.empty() ? 0 : packets.front().number - 1;
+        return &packets.emplace_front(std::move(packet));
+    }
+    packet.number = next_number();
+    return &packets.emplace_back(std::move(packet));
+}
+
+void PacketQueue::restore(Packet packet)
+{
+    bytes += packet.data->size();
+    if (!packets.empty())
+        packet.number = std::max(packet.number, next_number());
+    packets.push_back(std::move(packet));
+}
+
+std::int64_t PacketQueue::next_number() const
+{
+    return packets.empty() ? 0 : packets.back().number + 1;
 }
 
 std::optional<Packet> PacketQueue::take(Receiver& receiver)

@@ -22,6 +22,7 @@ class PacketQueue;
 struct Packet {
     Data data;
     Port* sender = nullptr;
+    std::int64_t number = 0; // in its queue: the older one of two has the lower
 };
 
 enum class End { front, back };
@@ -74,9 +75,13 @@ public:
     // Whether there is room for the packet, or a receiver for it.
     bool accepts(const Packet& packet);
 
-    // Hands the packet to a waiting receiver (true), or queues it, without looking at
-    // the limits: accepts() has, and has found out who of the receivers is there.
-    bool put(Packet packet, End end);
+    // Hands the packet to a waiting receiver (null), or queues it and gives it as it is
+    // there, without looking at the limits: accepts() has, and has found out who of the
+    // receivers is there.
+    const Packet* put(Packet packet, End end);
+
+    // Queues a packet of an image at the back. It keeps its number, if it can.
+    void restore(Packet packet);
 
     // The oldest packet that the receiver wants, if it is there to get it.
     // retry_writes() is to follow.
@@ -103,6 +108,8 @@ public:
     void leave(Write& write) { writes.remove(&write); }
 
 private:
+    std::int64_t next_number() const; // at the back
+
     std::size_t max_packets;
     std::size_t max_bytes;
     std::size_t bytes = 0;

@@ -58,6 +58,14 @@ bool PointService::fits(const Template& type, const Data& value) const
     return type.accepts(value->size()) && value->size() <= limits.max_value_bytes;
 }
 
+void PointService::record(const Points::value_type& entry, const Data& value,
+                          const std::string& description) const
+{
+    if (journal)
+        journal->append(
+            {PointImage{entry.first, entry.second.type->name(), description, value}});
+}
+
 vl_result PointService::set(const std::string& name, Data value)
 {
     // The old value goes with the argument, when the lock is free again.
@@ -65,6 +73,7 @@ vl_result PointService::set(const std::string& name, Data value)
         if (!fits(*point->second.type, value))
             return SIZE_IS_NOT_MATCH;
         shard.keep(*point);
+        record(*point, value, point->second.description);
         point->second.value.swap(value);
         return VL_OK;
     });
@@ -75,6 +84,8 @@ vl_result PointService::remove(const std::string& name)
     Points::node_type removed; // to go when the lock is free again
     return change(name, [&](PointShard& shard, Points::iterator point) {
         shard.keep(*point);
+        if (journal)
+            journal->append({PointRemoved{name}});
         removed = shard.points.extract(point);
         --count;
         return VL_OK;
@@ -89,6 +100,7 @@ vl_result PointService::set_description(const std::string& name,
     std::string text(description);
     return change(name, [&](PointShard& shard, Points::iterator point) {
         shard.keep(*point);
+        record(*point, point->second.value, text);
         point->second.description.swap(text);
         return VL_OK;
     });
@@ -185,6 +197,10 @@ vl_result PointService::insert(Points fresh)
     std::array<std::size_t, shard_count> arriving{};
     for (const auto& [name, point] : fresh)
         ++arriving[shard_index(name)];
+    Changes changes;
+    if (journal)
+        for (const auto& [name, point] : fresh)
+            changes.push_back(PointImage{name, point.type->name(), "", point.value});
     std::vector<PointShard::WriteLock> locks;
     for (std::size_t i = 0; i < shard_count; ++i)
         if (arriving[i] != 0)
@@ -201,6 +217,8 @@ vl_result PointService::insert(Points fresh)
         count -= fresh.size();
         return CREATE_DATAPOINT_FAI;
     }
+    if (journal)
+        journal->append(std::move(changes));
     while (!fresh.empty()) {
         PointShard& shard = shards[shard_index(fresh.begin()->first)];
         shard.add(fresh.extract(fresh.begin()));

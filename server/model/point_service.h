@@ -11,6 +11,7 @@
 #include <atomic>
 #include <functional>
 
+#include "server/model/journal.h"
 #include "server/model/point_shard.h"
 #include "server/model/system_points.h"
 #include "server/model/template_catalogue.h"
@@ -46,6 +47,10 @@ public:
     // Adds a source of system points, which must outlive the service. Before any other
     // thread uses the service.
     void add_system_points(const SystemPoints& source);
+
+    // Has every change appended to a journal, which must outlive the service. Before any
+    // other thread uses the service.
+    void keep_in(Journal& its_journal) { journal = &its_journal; }
 
     // Creates a point with the template's initial value, or no data.
     //   INVAILD_NULL_PARAMETER   a name is empty
@@ -136,9 +141,14 @@ private:
     template <class Wanted>
     std::vector<std::string> collect(Wanted wanted) const;
 
+    // Tells the journal of a change, before it is made: that may fail for lack of memory.
+    void record(const Points::value_type& entry, const Data& value,
+                const std::string& description) const;
+
     const TemplateCatalogue& templates;
     const PointLimits limits;
     std::atomic<std::size_t> max_points; // which may change, instead of that in limits
+    Journal* journal = nullptr;          // none
     std::vector<const SystemPoints*> system_points;
     std::array<PointShard, shard_count> shards;
     std::atomic<std::size_t> count{0};

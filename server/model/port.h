@@ -39,9 +39,6 @@ struct Port {
     // Whether it has a connection for which a host registers itself.
     bool takes_host() const;
 
-    // Remembers that a packet of this sender was received here and may be answered.
-    void expect_answer(Port& sender);
-
     const std::string name;
     const Handle handle;
     const std::size_t capacity; // of either queue, and of unanswered
@@ -55,8 +52,9 @@ struct Port {
 
     PacketQueue packets;
     PacketQueue replies;
-    std::deque<Port*> unanswered; // senders of received packets, oldest first
-    std::uint64_t awaited = 0;    // packets sent from here that may still be answered
+    std::deque<Port*> unanswered;      // senders of received packets, oldest first
+    std::int64_t questions_before = 0; // those unanswered were received after so many
+    std::uint64_t awaited = 0;         // packets sent from here that may still be answered
 };
 
 } // namespace velmo::model

@@ -1,14 +1,15 @@
 // What PortService does with packets and replies.
 #include <algorithm>
+#include <utility>
 
-#include "server/model/port_service.h"
+#include "server/model/changing_ports.h"
 
 namespace velmo::model {
 
 class PortService::Send final : public Write {
 public:
-    Send(Port& sending_port, const Data& data, End where)
-        : sender(sending_port), packet{data, &sender}, end(where)
+    Send(PortService& its_service, Port& sending_port, const Data& data, End where)
+        : service(its_service), sender(sending_port), packet{data, &sender}, end(where)
     {
     }
 
@@ -39,7 +40,9 @@ private:
             if (receiver.packets.accepts(packet)) {
                 obstacles.clear();
                 give(receiver);
-                sender.turn = (chosen + 1) % count;
+                const std::size_t next = (chosen + 1) % count;
+                if (std::exchange(sender.turn, next) != next)
+                    service.record(sender);
                 return VL_OK;
             }
             obstacles.push_back(&receiver.packets);
@@ -49,12 +52,15 @@ private:
 
     void give(Port& receiver)
     {
-        const bool handed_over = receiver.packets.put(packet, end);
+        const Packet* queued = receiver.packets.put(packet, end);
         ++sender.awaited;
-        if (handed_over)
-            receiver.expect_answer(sender);
+        if (queued)
+            service.record(receiver, Queue::packets, *queued);
+        else
+            service.expect_answer(receiver, sender);
     }
 
+    PortService& service;
     Port& sender;
     const Packet packet;
     const End end;
@@ -70,13 +76,13 @@ vl_result PortService::check_size(const Data& data) const
 vl_result PortService::send(Handle handle, const Data& data, WaitOption wait,
                             const Caller& caller, End end)
 {
-    Lock lock(mutex);
+    Changing lock(*this);
     Port* port = table->find(handle);
     if (!port)
         return INVAILD_PORT_HANDLE;
     if (const vl_result result = check_size(data); result != VL_OK)
         return result;
-    Send write(*port, data, end);
+    Send write(*this, *port, data, end);
     return complete(lock, write, wait, caller);
 }
 
@@ -95,13 +101,14 @@ vl_result PortService::send_packet_to_front(Handle handle, const Data& data,
 vl_result PortService::receive_packet(Handle handle, std::uint64_t from, Data& data,
                                       WaitOption wait, const Caller& caller)
 {
-    Lock lock(mutex);
+    Changing lock(*this);
     Port* port = table->find(handle);
     if (!port)
         return INVAILD_PORT_HANDLE;
     Receiver receiver(caller, from);
     if (std::optional<Packet> packet = port->packets.take(receiver)) {
-        port->expect_answer(*packet->sender);
+        record_removal(*port, Queue::packets, *packet);
+        expect_answer(*port, *packet->sender);
         port->packets.retry_writes();
         data = std::move(packet->data);
         return VL_OK;
@@ -114,8 +121,8 @@ vl_result PortService::receive_packet(Handle handle, std::uint64_t from, Data& d
 
 class PortService::Reply final : public Write {
 public:
-    Reply(Port& answering_port, const Data& data)
-        : answerer(answering_port), packet{data, &answerer}
+    Reply(PortService& its_service, Port& answering_port, const Data& data)
+        : service(its_service), answerer(answering_port), packet{data, &answerer}
     {
     }
 
@@ -128,13 +135,14 @@ public:
             obstacles.push_back(&asker.replies);
             return std::nullopt;
         }
-        asker.replies.put(packet, End::back);
-        --asker.awaited;
-        answerer.unanswered.pop_front();
+        if (const Packet* queued = asker.replies.put(packet, End::back))
+            service.record(asker, Queue::replies, *queued);
+        service.forget_question(answerer);
         return VL_OK;
     }
 
 private:
+    PortService& service;
     Port& answerer;
     const Packet packet;
 };
@@ -142,25 +150,26 @@ private:
 vl_result PortService::reply_packet(Handle handle, const Data& data, WaitOption wait,
                                     const Caller& caller)
 {
-    Lock lock(mutex);
+    Changing lock(*this);
     Port* port = table->find(handle);
     if (!port)
         return INVAILD_PORT_HANDLE;
     if (const vl_result result = check_size(data); result != VL_OK)
         return result;
-    Reply write(*port, data);
+    Reply write(*this, *port, data);
     return complete(lock, write, wait, caller);
 }
 
 vl_result PortService::receive_reply(Handle handle, Data& data, WaitOption wait,
                                      const Caller& caller)
 {
-    Lock lock(mutex);
+    Changing lock(*this);
     Port* port = table->find(handle);
     if (!port)
         return INVAILD_PORT_HANDLE;
     Receiver receiver(caller, 0);
     if (std::optional<Packet> packet = port->replies.take(receiver)) {
+        record_removal(*port, Queue::replies, *packet);
         port->replies.retry_writes();
         data = std::move(packet->data);
         return VL_OK;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "server/model/changing_ports.h"
 #include "server/model/names.h"
 
 namespace velmo::model {
@@ -25,26 +26,29 @@ vl_result PortService::create_port(std::string_view name, Handle handle,
         return PARAMETER_ERROR;
     if (capacity == 0)
         capacity = limits.default_capacity;
-    const Lock lock(mutex);
+    const Changing lock(*this);
     const bool full = table->all().size() >= limits.max_ports;
     if (full && !table->find(name) && !table->find(handle))
         return MEMORY_ALLOCATION_FAI;
-    return table->add(name, handle, std::min(capacity, limits.max_capacity))
-               ? VL_OK
-               : OBJECT_ALREADY_EXSIT;
+    const Port* port = table->add(name, handle, std::min(capacity, limits.max_capacity));
+    if (!port)
+        return OBJECT_ALREADY_EXSIT;
+    record(*port);
+    return VL_OK;
 }
 
 vl_result PortService::register_port_host(std::string_view from, std::string_view host)
 {
     if (host.size() > max_name_bytes)
         return PARAMETER_ERROR;
-    const Lock lock(mutex);
+    const Changing lock(*this);
     Port* port = table->find(from);
     if (!port)
         return INVAILD_PORT_HANDLE;
     if (!port->takes_host())
         return NOT_CONNECTED;
     port->host = host;
+    record(*port);
     return VL_OK;
 }
 
@@ -52,11 +56,12 @@ vl_result PortService::enable_copy(std::string_view name, std::uint32_t enable)
 {
     if (enable > 1)
         return PARAMETER_ERROR;
-    const Lock lock(mutex);
+    const Changing lock(*this);
     Port* port = table->find(name);
     if (!port)
         return INVAILD_PORT_HANDLE;
     port->copies = enable == 1;
+    record(*port);
     for (std::size_t i = 0; i < port->receivers(); ++i)
         port->receiver(i).packets.retry_writes();
     return VL_OK;
@@ -70,7 +75,7 @@ vl_result PortService::connect_port(std::string_view from_name, std::string_view
     const std::optional<ConnectionMode> mode = known_mode(mode_number);
     if (!mode)
         return INVAILD_SINK_MODE;
-    const Lock lock(mutex);
+    const Changing lock(*this);
     Port* from = table->find(from_name);
     if (!from)
         return INVAILD_PORT_HANDLE;
@@ -79,6 +84,7 @@ vl_result PortService::connect_port(std::string_view from_name, std::string_view
         return RECEIVER_IS_NOT_EXIST;
     if (const vl_result result = table->connect(*from, *to, *mode); result != VL_OK)
         return result;
+    recorder.add(ConnectionImage{from->handle, to->handle, mode_number});
     // A send that waits at the mailbox, or at another receiver, may go there now.
     from->packets.retry_writes();
     for (const auto& other : from->outgoing)
@@ -88,19 +94,23 @@ vl_result PortService::connect_port(std::string_view from_name, std::string_view
 
 vl_result PortService::disconnect_port(Handle handle)
 {
-    const Lock lock(mutex);
+    const Changing lock(*this);
     Port* port = table->find(handle);
     if (!port)
         return INVAILD_PORT_HANDLE;
     if (port->outgoing.empty() && port->incoming.empty())
         return NOT_CONNECTED;
     std::set<Port*> touched{port};
+    const auto disconnect = [&](Connections::iterator connection) {
+        recorder.add(ConnectionRemoved{connection->from->handle, connection->to->handle});
+        table->disconnect(connection);
+    };
     while (!port->outgoing.empty()) {
         touched.insert(port->outgoing.back()->to);
-        table->disconnect(port->outgoing.back());
+        disconnect(port->outgoing.back());
     }
     while (!port->incoming.empty())
-        table->disconnect(port->incoming.back());
+        disconnect(port->incoming.back());
     // Sends that waited at a receiver which they have lost.
     for (Port* receiver : touched)
         receiver->packets.retry_writes();
@@ -162,8 +172,10 @@ vl_result PortService::complete(Lock& lock, Write& write, WaitOption wait,
     const bool done = wait != no_wait && sleep(lock, write.settled, wait, caller,
                                                [&] { return write.result.has_value(); });
     write.withdraw();
-    if (done)
+    if (done) {
+        recorder.rely();
         return *write.result;
+    }
     return wait == no_wait ? WOULD_BLOCK : SENDMSG_TIMEOUT;
 }
 
@@ -176,6 +188,8 @@ bool PortService::await(Lock& lock, PacketQueue& queue, Receiver& receiver, Wait
     const bool arrived = sleep(lock, receiver.arrived, wait, receiver.caller,
                                [&] { return receiver.packet.has_value(); });
     queue.leave(receiver);
+    if (arrived)
+        recorder.rely();
     return arrived;
 }
 
@@ -255,9 +269,10 @@ vl_result PortService::restore(const PortsImage& image)
     auto restored = std::make_shared<PortTable>(limits.queue_bytes);
     if (!restored->fill(image))
         return MIDPLUSDATA_IS_BAD;
-    const Lock lock(mutex);
+    const Changing lock(*this);
     table.swap(restored);
     restored->wake_all();
+    record_all();
     return VL_OK;
 }
 

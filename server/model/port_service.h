@@ -10,6 +10,7 @@
 #include <chrono>
 #include <mutex>
 
+#include "server/model/journal.h"
 #include "server/model/port_table.h"
 
 namespace velmo::model {
@@ -71,6 +72,11 @@ public:
 
     // Nobody may be in a call; see stop().
     ~PortService();
+
+    // Has every change appended to a journal, which must outlive the service. Before any
+    // other thread uses the service. What waits for a packet or for room appends nothing;
+    // whoever makes an end to its wait does.
+    void keep_in(Journal& journal) { recorder.keep_in(journal); }
 
     // Creates a port. capacity: packets in its queue, and replies in that of the
     // replies; 0 is the default one, and more than the limit means the limit.
@@ -183,6 +189,7 @@ public:
 
 private:
     using Lock = std::unique_lock<std::mutex>;
+    class Changing;
     class Send;
     class Reply;
 
@@ -192,6 +199,17 @@ private:
     vl_result complete(Lock& lock, Write& write, WaitOption wait, const Caller& caller);
     bool await(Lock& lock, PacketQueue& queue, Receiver& receiver, WaitOption wait);
 
+    // What the journal is told, in words of the service.
+    void record(const Port& port);
+    void record(const Port& port, Queue queue, const Packet& packet);
+    void record_removal(const Port& port, Queue queue, const Packet& packet);
+    void record_all();
+
+    // Remembers that a packet of that sender was received and may be answered; as many
+    // as its port's capacity, the oldest being forgotten.
+    void expect_answer(Port& receiver, Port& sender);
+    void forget_question(Port& receiver); // the oldest
+
     // Sleeps until condition() holds; gives condition(). Returns also when the wait is
     // over, the caller has gone, the ports have been replaced, or stop() is called.
     template <class Condition>
@@ -200,6 +218,7 @@ private:
 
     PortLimits limits; // of which max_wait may change, under the lock
     mutable std::mutex mutex;
+    Recorder recorder;
     bool stopped = false;
     std::size_t asleep = 0;
     // Whoever waits at ports that are replaced keeps them until it has left.

@@ -24,7 +24,7 @@ PortImage image_of(const Port& port)
     const auto packets = [](const PacketQueue& queue) {
         std::vector<PacketImage> images;
         for (const Packet& packet : queue.content())
-            images.push_back({packet.data, packet.sender->handle});
+            images.push_back({packet.data, packet.sender->handle, packet.number});
         return images;
     };
     PortImage image;
@@ -38,6 +38,7 @@ PortImage image_of(const Port& port)
     image.replies = packets(port.replies);
     for (const Port* sender : port.unanswered)
         image.unanswered.push_back(sender->handle);
+    image.questions_before = port.questions_before;
     return image;
 }
 
@@ -61,15 +62,6 @@ bool Port::exclusive() const
 bool Port::takes_host() const
 {
     return has_mode(outgoing, ConnectionMode::from_host);
-}
-
-void Port::expect_answer(Port& sender)
-{
-    if (unanswered.size() >= capacity) {
-        --unanswered.front()->awaited;
-        unanswered.pop_front();
-    }
-    unanswered.push_back(&sender);
 }
 
 Port* PortTable::find(Handle handle) const
@@ -181,7 +173,7 @@ bool PortTable::restore_queues(Port& port, const PortImage& image)
     const auto put = [&](PacketQueue& queue, const PacketImage& packet) {
         Port* sender = find(packet.sender);
         if (sender && packet.data)
-            queue.put({packet.data, sender}, End::back);
+            queue.restore({packet.data, sender, packet.number});
         return packet.data ? sender : nullptr;
     };
     for (const PacketImage& packet : image.packets) {
@@ -195,6 +187,7 @@ bool PortTable::restore_queues(Port& port, const PortImage& image)
             return false;
     if (image.unanswered.size() > image.capacity)
         return false;
+    port.questions_before = image.questions_before;
     for (const Handle handle : image.unanswered) {
         Port* sender = find(handle);
         if (!sender)

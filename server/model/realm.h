@@ -29,10 +29,22 @@ struct Realm {
         points.add_system_points(contention_points);
     }
 
+    // Has every change appended to a journal, which must outlive the realm. Before any
+    // other thread uses the realm.
+    void keep_in(Journal& its_journal)
+    {
+        journal = &its_journal;
+        points.keep_in(*journal);
+        ports.keep_in(*journal);
+        events.keep_in(*journal);
+        contention.keep_in(*journal);
+    }
+
     // Ends all waiting, for good.
     void stop() { ports.stop(); }
 
-    const std::string name; // empty for the unnamed realm
+    const std::string name;     // empty for the unnamed realm
+    Journal* journal = nullptr; // none
     TemplateCatalogue templates;
     PointService points;
     PortService ports;

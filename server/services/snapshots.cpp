@@ -101,6 +101,7 @@ bool Snapshots::restore_ports() const
     const auto snapshot = store->load_ports(realm->name);
     if (!snapshot)
         return false;
+    const model::Together whole(realm->journal);
     vl_result result = realm->events.check(snapshot->events); // before ports are replaced
     if (result == VL_OK)
         result = realm->ports.restore(snapshot->ports);

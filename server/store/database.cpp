@@ -26,13 +26,13 @@ constexpr const char* connection_settings = R"(
 
 // SQLite would make it readable to others. One that is there is left alone: closing it
 // would end the locks that this process holds on it.
-void create_private(const std::filesystem::path& file)
+void create_private(const std::filesystem::path& file, const std::string& kind)
 {
     const int created = open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (created >= 0)
         close(created);
     else if (errno != EEXIST)
-        throw StoreError(file, std::generic_category().message(errno));
+        throw StoreError(file, std::generic_category().message(errno), kind);
 }
 
 // A shell shows text up to its first NUL.
@@ -49,8 +49,9 @@ bool is_plain_text(std::string_view bytes)
 
 } // namespace
 
-StoreError::StoreError(const std::filesystem::path& file, const std::string& reason)
-    : std::runtime_error("snapshot file " + file.string() + ": " + reason)
+StoreError::StoreError(const std::filesystem::path& file, const std::string& reason,
+                       const std::string& what)
+    : std::runtime_error(what + " " + file.string() + ": " + reason)
 {
 }
 
@@ -61,9 +62,10 @@ void Database::Closer::operator()(sqlite3* open) const
     sqlite3_close_v2(open);
 }
 
-Database::Database(std::filesystem::path file) : path(std::move(file))
+Database::Database(std::filesystem::path file, std::string what)
+    : path(std::move(file)), kind(std::move(what))
 {
-    create_private(path);
+    create_private(path, kind);
     sqlite3* opened = nullptr;
     const int code = sqlite3_open_v2(
         path.c_str(), &opened,
@@ -105,7 +107,7 @@ void Database::fail() const
 
 void Database::fail(const std::string& reason) const
 {
-    throw StoreError(path, reason);
+    throw StoreError(path, reason, kind);
 }
 
 // ------------------------------------------------------------- statement

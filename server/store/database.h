@@ -25,14 +25,20 @@ namespace velmo::store {
 // what() names the file, and what is wrong with it.
 class StoreError : public std::runtime_error {
 public:
-    StoreError(const std::filesystem::path& file, const std::string& reason);
+    // what: what kind of file it is.
+    StoreError(const std::filesystem::path& file, const std::string& reason,
+               const std::string& what = snapshot_file_kind);
+
+    static constexpr const char* snapshot_file_kind = "snapshot file";
 };
 
 class Database {
 public:
     // Opens the file, or creates an empty one, readable to this user only. What a
-    // transaction was interrupted in, by a kill or a loss of power, is undone.
-    explicit Database(std::filesystem::path file);
+    // transaction was interrupted in, by a kill or a loss of power, is undone. what: what
+    // kind of file it is, for errors.
+    explicit Database(std::filesystem::path file,
+                      std::string what = StoreError::snapshot_file_kind);
 
     // Runs one or more statements.
     void execute(const char* sql);
@@ -53,6 +59,7 @@ private:
     };
 
     std::filesystem::path path;
+    std::string kind;
     std::unique_ptr<sqlite3, Closer> connection;
 };
 
@@ -61,6 +68,10 @@ class Statement {
 public:
     // The database must outlive the statement.
     Statement(const Database& its_database, const char* sql);
+    Statement(const Database& its_database, const std::string& sql)
+        : Statement(its_database, sql.c_str())
+    {
+    }
 
     // Binds the parameters in their order. What they refer to must stay until the
     // statement has run.

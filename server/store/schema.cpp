@@ -4,9 +4,6 @@ namespace velmo::store {
 
 namespace {
 
-constexpr std::int64_t application = 0x566C6D6F; // "Vlmo", for file(1) and for us
-constexpr std::int64_t version = 1;
-
 // A snapshot's rows are deleted with it. Their order is that of their ids.
 constexpr const char* tables = R"(
 CREATE TABLE snapshots (
@@ -112,23 +109,29 @@ bool is_empty(Database& database)
            database.number("SELECT count(*) FROM sqlite_schema") == 0;
 }
 
-void create(Database& database)
+void set(Database& database, const char* pragma, std::int64_t value)
+{
+    database.execute(
+        ("PRAGMA " + std::string(pragma) + " = " + std::to_string(value)).c_str());
+}
+
+void create(Database& database, const Schema& schema)
 {
     Transaction transaction(database, Transaction::Kind::write);
-    database.execute(tables);
-    database.execute(("PRAGMA application_id = " + std::to_string(application)).c_str());
-    database.execute(("PRAGMA user_version = " + std::to_string(version)).c_str());
+    database.execute(schema.tables);
+    set(database, "application_id", schema.application);
+    set(database, "user_version", schema.version);
     transaction.commit();
 }
 
-void check(Database& database)
+void check(Database& database, const Schema& schema)
 {
-    if (database.number("PRAGMA application_id") != application)
+    if (database.number("PRAGMA application_id") != schema.application)
         database.fail("it belongs to another program");
     const std::int64_t found = database.number("PRAGMA user_version");
-    if (found > version)
+    if (found > schema.version)
         database.fail("a newer velmod wrote it (format " + std::to_string(found) +
-                      "; this one reads up to " + std::to_string(version) + ")");
+                      "; this one reads up to " + std::to_string(schema.version) + ")");
     if (found < 1)
         database.fail("its format is unknown (" + std::to_string(found) + ")");
     Statement pages(database, "PRAGMA quick_check(1)");
@@ -138,12 +141,14 @@ void check(Database& database)
 
 } // namespace
 
-void open_schema(Database& database)
+const Schema snapshot_schema{0x566C6D6F, 1, tables}; // "Vlmo"
+
+void open_schema(Database& database, const Schema& schema)
 {
     if (is_empty(database))
-        create(database);
+        create(database, schema);
     else
-        check(database);
+        check(database, schema);
 }
 
 } // namespace velmo::store

@@ -1,12 +1,6 @@
 #include "server/store/snapshot_store.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <cctype>
-#include <cerrno>
-#include <system_error>
-
+#include "server/store/data_folder.h"
 #include "server/store/port_rows.h"
 #include "server/store/schema.h"
 
@@ -20,54 +14,17 @@ constexpr const char* templates_part = "templates";
 constexpr const char* points_part = "points";
 constexpr const char* ports_part = "ports";
 
-// A new entry of a folder is safe when the folder is.
-void sync_folder(const fs::path& folder)
-{
-    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    const bool synced = descriptor >= 0 && fsync(descriptor) == 0;
-    const int error = errno;
-    if (descriptor >= 0)
-        close(descriptor);
-    if (!synced)
-        throw StoreError(folder, std::generic_category().message(error));
-}
-
-// Gives the file in it.
-fs::path in_folder(const fs::path& folder, const std::string& server)
-{
-    const fs::path file = snapshot_file(folder, server);
-    std::error_code error;
-    if (fs::create_directories(folder, error)) {
-        fs::permissions(folder, fs::perms::owner_all, error);
-        sync_folder(folder / "..");
-    }
-    if (error)
-        throw StoreError(file, "cannot create its folder: " + error.message());
-    return file;
-}
-
 } // namespace
 
 fs::path snapshot_file(const fs::path& folder, const std::string& server)
 {
-    constexpr char digits[] = "0123456789ABCDEF";
-    std::string name;
-    for (const char c : server) {
-        const auto byte = static_cast<unsigned char>(c);
-        const bool plain = byte < 0x80 && (std::isalnum(byte) || c == '-' || c == '_' ||
-                                           (c == '.' && !name.empty()));
-        if (plain)
-            name += c;
-        else
-            name += {'%', digits[byte >> 4], digits[byte & 0xF]};
-    }
-    return folder / (name + ".db");
+    return folder / (file_name(server) + ".db");
 }
 
 SnapshotStore::SnapshotStore(const fs::path& folder, const std::string& server)
-    : database(in_folder(folder, server))
+    : database(in_folder(snapshot_file(folder, server)))
 {
-    open_schema(database);
+    open_schema(database, snapshot_schema);
     sync_folder(folder);
 }
 

@@ -54,14 +54,13 @@ inline Velmo::DATA_BUFFER buffer(const std::string& text)
 {
     Velmo::DATA_BUFFER result;
     result.length(static_cast<CORBA::ULong>(text.size()));
-    std::copy(text.begin(), text.end(), result.get_buffer());
+    text.copy(reinterpret_cast<char*>(result.get_buffer()), text.size());
     return result;
 }
 
 inline std::string text(const Velmo::DATA_BUFFER& data)
 {
-    const CORBA::Octet* first = data.get_buffer();
-    return std::string(first, first + data.length());
+    return std::string(reinterpret_cast<const char*>(data.get_buffer()), data.length());
 }
 
 // Whether question() is answered with true in the end; connections that broke with the

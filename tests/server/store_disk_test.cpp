@@ -1,7 +1,5 @@
 // The snapshot file where there is no room, or no right, to write.
-#include <sched.h>
 #include <sys/fsuid.h>
-#include <sys/mount.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -9,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/server/numbered_points.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/server/small_disk.h"
 
 using namespace velmo::tests;
 using velmo::store::SnapshotStore;
@@ -18,36 +16,6 @@ using velmo::store::StoreError;
 namespace fs = std::filesystem;
 
 namespace {
-
-// A file system of a few megabytes. Only this process sees it; it goes with it at the
-// latest.
-class SmallDisk {
-public:
-    SmallDisk()
-        : mounted(unshare(CLONE_NEWNS) == 0 &&
-                  mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-                  mount("tmpfs", path().c_str(), "tmpfs", 0, "size=4m") == 0)
-    {
-    }
-    ~SmallDisk()
-    {
-        if (mounted)
-            umount2(path().c_str(), MNT_DETACH);
-    }
-
-    bool available() const { return mounted; } // only root may mount
-    const fs::path& path() const { return folder.path(); }
-
-    void make_read_only()
-    {
-        ASSERT_EQ(mount("tmpfs", path().c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr),
-                  0);
-    }
-
-private:
-    TemporaryFolder folder;
-    bool mounted;
-};
 
 // The last snapshot of a store, as a restarted server finds it.
 std::optional<int> last_number(const fs::path& folder)
