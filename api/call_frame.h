@@ -7,6 +7,7 @@
 #include "api/bad_argument.h"
 #include "api/choose_server.h"
 #include "orb/client.h"
+#include "util/fork.h"
 #include "vlReferenceContainer.h"
 #include "vl_result.h"
 
@@ -78,11 +79,13 @@ void settle_reference(const FailureRule<Result>& rule, vlReferenceContainer& reg
 // A result of work is returned as it is; when work throws, the cached reference is
 // dropped, so that the next call looks it up afresh (unless the rule keeps it, or it is
 // a BadArgument), and the rule gives the result. What the registry throws in looking the
-// reference up passes through.
+// reference up passes through. In a child of fork() there are no references.
 template <class Service, class Result, class Prepare, class Work>
 Result call(const FailureRule<Result>& rule, const char* server_name, const char* releam,
             Prepare prepare, Work work)
 {
+    if (util::Fork::is_cut_off())
+        return rule.no_reference;
     const char* server = choose_server(server_name);
     if (!server && rule.needs_server)
         return rule.no_server;

@@ -2,10 +2,13 @@
 
 #include "api/Velmo_API_Manager.h"
 #include "api/choose_server.h"
+#include "util/fork.h"
 #include "vlNaming_Client.h"
 
 int Velmo_API_Manager::mid_connect(const char* server_name)
 {
+    if (velmo::util::Fork::is_cut_off())
+        return NAMING_SERVER_NOT_ONLINE;
     const char* server = velmo::api::choose_server(server_name);
     if (!server)
         return NULL_SERVER_NAME;

@@ -7,14 +7,18 @@
 
 #include "api/ErrorC.h"
 #include "api/Velmo_API_Manager.h"
+#include "api/entry.h"
 #include "vlReferenceContainer.h"
 
 namespace {
+
+using velmo::api::Entry;
 
 // The first call makes the manager; this kind of operation works without it.
 template <class Result, class... Parameters>
 Result forward(Result (*operation)(Parameters...), Parameters... arguments)
 {
+    const Entry entry;
     Velmo_API_Manager::instance();
     return operation(arguments...);
 }
@@ -22,6 +26,7 @@ Result forward(Result (*operation)(Parameters...), Parameters... arguments)
 template <class... Parameters>
 int forward(int (Velmo_API_Manager::*operation)(Parameters...), Parameters... arguments)
 {
+    const Entry entry;
     Velmo_API_Manager* manager = Velmo_API_Manager::instance();
     return manager ? (manager->*operation)(arguments...) : static_cast<int>(VL_FAIL);
 }
@@ -47,7 +52,10 @@ int vl_mid_disconnect(void)
 
 ServerRecord vl_get_servername(const char* position)
 {
+    const Entry entry;
     ServerRecord record{};
+    if (velmo::util::Fork::is_cut_off())
+        return record;
     vlReferenceContainer* registry = vlReferenceContainer::instance();
     if (!registry)
         return record;
@@ -66,6 +74,7 @@ int vl_releam_seq(NameList* list, const char* server_name)
 
 const wchar_t* get_error_string(int code)
 {
+    const Entry entry;
     const ErrorC* errors = ErrorC::instance();
     return errors ? errors->text(code) : ErrorC::unknown_error;
 }

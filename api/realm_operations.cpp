@@ -4,6 +4,7 @@
 #include "api/call_frame.h"
 #include "api/name_list.h"
 #include "idl/service_keys.h"
+#include "util/fork.h"
 
 namespace {
 
@@ -18,6 +19,8 @@ int Velmo_API_Manager::releam_seq(NameList* list, const char* server_name)
     if (!list)
         return releam_seq_failed;
     velmo::api::clear(*list);
+    if (velmo::util::Fork::is_cut_off())
+        return releam_seq_failed;
     const char* server = velmo::api::choose_server(server_name);
     if (!server)
         return NULL_SERVER_NAME;

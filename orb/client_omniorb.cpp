@@ -2,6 +2,12 @@
 #include "orb/client.h"
 #include "orb/options_omniorb.h"
 
+// Written to be included after the broker's other headers, and in this order.
+#include <omniORB4/internal/giopStrand.h>
+#include <omniORB4/internal/giopRope.h>
+#include <omniORB4/internal/GIOP_C.h>
+#include <omniORB4/omniInterceptors.h>
+
 namespace velmo::orb {
 
 namespace {
@@ -14,6 +20,39 @@ CORBA::ULong clamp(Milliseconds timeout)
     return timeout.count() > 0 ? static_cast<CORBA::ULong>(timeout.count()) : 0;
 }
 
+// omniORB makes a request again that a server has declined by closing the connection, and
+// allows each new connection its own time: a server that only ever declines would keep it
+// busy for ever. Runs when a connection has been opened for a call.
+CORBA::Boolean
+limit_connections(omni::omniInterceptors::clientOpenConnection_T::info_T& opened)
+{
+    constexpr int most_for_a_call = 16;
+    thread_local omni_time_t call; // calls differ by their deadlines
+    thread_local int connections = 0;
+    const omni_time_t& deadline = opened.giop_c.calldescriptor()->getDeadline();
+    if (!deadline)
+        return true;
+    connections = deadline == call ? connections + 1 : 1;
+    call = deadline;
+    omni_time_t now;
+    omni_thread::get_time(now);
+    opened.reject = deadline <= now || connections > most_for_a_call;
+    return true; // other interceptors may look at it
+}
+
+// By default omniORB waits and tries again when the server fails that a call was forwarded
+// to, whether that server has carried it out or not.
+CORBA::Boolean never_again(void*, CORBA::ULong, const CORBA::TRANSIENT&)
+{
+    return false;
+}
+
+void limit(CORBA::Object_ptr object, Milliseconds timeout)
+{
+    omniORB::setClientCallTimeout(object, clamp(timeout));
+    omniORB::installTransientExceptionHandler(object, nullptr, never_again);
+}
+
 } // namespace
 
 CORBA::ORB_ptr join_or_make(Milliseconds connect_timeout)
@@ -24,6 +63,7 @@ CORBA::ORB_ptr join_or_make(Milliseconds connect_timeout)
                          "-ORBmaxGIOPConnectionPerServer", connections_per_server}};
     CORBA::ORB_var orb = CORBA::ORB_init(arguments.count, arguments.values());
     omniORB::setClientConnectTimeout(clamp(connect_timeout));
+    omniORB::getInterceptors()->clientOpenConnection.add(limit_connections);
     return orb._retn();
 }
 
@@ -34,13 +74,13 @@ CORBA::Object_ptr with_call_timeout(CORBA::ORB_ptr orb, CORBA::Object_ptr object
     // set for everybody.
     CORBA::String_var ior = orb->object_to_string(object);
     CORBA::Object_var copy = orb->string_to_object(ior.in());
-    omniORB::setClientCallTimeout(copy.in(), clamp(timeout));
+    limit(copy.in(), timeout);
     return copy._retn();
 }
 
 void reapply_call_timeout(CORBA::Object_ptr fresh, Milliseconds timeout)
 {
-    omniORB::setClientCallTimeout(fresh, clamp(timeout));
+    limit(fresh, timeout);
 }
 
 } // namespace velmo::orb

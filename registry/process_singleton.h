@@ -8,10 +8,13 @@
 #include <ace/Recursive_Thread_Mutex.h>
 #include <ace/Singleton.h>
 
+#include "util/fork.h"
+
 // ACE_Singleton<T>::instance() looks at its pointer unlocked before it takes its
 // lock, which is a data race; this asks it under a lock of its own, and only until
-// it has answered. Null (errno ENOMEM) when there was no memory; asked again then.
-// T must call forget() in its destructor.
+// it has answered. Null (errno ENOMEM) when there was no memory; asked again then. Null,
+// too, in a child of fork(), where the locks may be held, unless it was made before. T must
+// call forget() in its destructor.
 template <class T>
 class ProcessSingleton {
 public:
@@ -19,6 +22,8 @@ public:
     {
         if (T* known = pointer.load(std::memory_order_acquire))
             return known;
+        if (velmo::util::Fork::is_cut_off())
+            return nullptr;
         std::lock_guard<std::mutex> guard(mutex);
         T* made = ACE_Singleton<T, ACE_Recursive_Thread_Mutex>::instance();
         pointer.store(made, std::memory_order_release);

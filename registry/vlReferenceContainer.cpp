@@ -2,20 +2,28 @@
 
 #include <cstdlib>
 
-#include <ace/Guard_T.h>
-
 #include "idl/nil_references.h"
 #include "registry/exit_cleanup.h"
+#include "registry/fair_lock.h"
 #include "registry/host_name.h"
 #include "registry/process_singleton.h"
 #include "registry/vlServerReference.h"
+#include "util/fork.h"
 #include "vlServerInfoXmlImpl.h"
 
 namespace {
 
 using Name = ACE_String_Base<char>;
-using ReadGuard = ACE_Read_Guard<ACE_RW_Mutex>;
-using WriteGuard = ACE_Write_Guard<ACE_RW_Mutex>;
+
+// Of registries, which are one as a rule.
+Turnstile turnstile;
+
+struct ReadGuard : FairReadGuard<vlReferenceContainer> {
+    explicit ReadGuard(ACE_RW_Mutex& its_lock) : FairReadGuard(its_lock, turnstile) {}
+};
+struct WriteGuard : FairWriteGuard {
+    explicit WriteGuard(ACE_RW_Mutex& its_lock) : FairWriteGuard(its_lock, turnstile) {}
+};
 
 // The server that stands for this host when the settings name none.
 constexpr const char* placeholder_server = "0000";
@@ -77,6 +85,10 @@ auto get_reference(vlReferenceContainer& registry, const char* server, Get get)
 template <class Guard, class Release>
 void release_reference(vlReferenceContainer& registry, const char* server, Release release)
 {
+    // A call that fails while the process ends may find the registry destroyed; what there
+    // was to release has been released before that.
+    if (!vlServerReference::caches())
+        return;
     Guard guard(registry.lock);
     if (!guard.locked())
         return;
@@ -86,6 +98,8 @@ void release_reference(vlReferenceContainer& registry, const char* server, Relea
 
 void drop_references()
 {
+    if (velmo::util::Fork::is_cut_off())
+        return;
     vlServerReference::stop_caching();
     vlReferenceContainer* registry = ProcessSingleton<vlReferenceContainer>::existing();
     if (!registry)
@@ -113,6 +127,9 @@ vlReferenceContainer::vlReferenceContainer() : lock(USYNC_THREAD)
 vlReferenceContainer::~vlReferenceContainer()
 {
     ProcessSingleton<vlReferenceContainer>::forget(this);
+    if (velmo::util::Fork::is_cut_off()) // the references stay, with the process's memory
+        for (auto& entry : serverMap)
+            static_cast<void>(entry.second.release());
     positionMap.clear();
     serverMap.clear();
 }
@@ -210,7 +227,7 @@ std::vector<ACE_String_Base<char>> vlReferenceContainer::GetReleamList(const cha
     vlServerReference* entry = find(*this, server);
     if (!entry)
         return realms;
-    ReadGuard entry_guard(entry->lock);
+    FairReadGuard<vlServerReference> entry_guard(entry->lock, entry->turnstile);
     if (!entry_guard.locked())
         return realms;
     for (const auto& reference : entry->portReferences)

@@ -2,16 +2,14 @@
 
 #include <atomic>
 
-#include <ace/Guard_T.h>
-
 #include "idl/service_keys.h"
 #include "registry/exit_cleanup.h"
 #include "vlNaming_Client.h"
 
 namespace {
 
-using ReadGuard = ACE_Read_Guard<ACE_RW_Mutex>;
-using WriteGuard = ACE_Write_Guard<ACE_RW_Mutex>;
+using ReadGuard = FairReadGuard<vlServerReference>;
+using WriteGuard = FairWriteGuard;
 
 std::atomic<bool> caching_stopped{false};
 
@@ -44,6 +42,11 @@ void vlServerReference::stop_caching()
     caching_stopped = true;
 }
 
+bool vlServerReference::caches()
+{
+    return !caching_stopped;
+}
+
 // A new reference from the naming service, null when it has none of this type.
 template <class Interface>
 typename Interface::_ptr_type vlServerReference::look_up(const std::string& name) const
@@ -65,7 +68,7 @@ vlServerReference::keep(Cache<Interface>& cache, const std::string& realm,
                         typename Interface::_ptr_type reference)
 {
     typename Interface::_var_type owned = reference;
-    if (!caching_stopped)
+    if (caches())
         cache.emplace(realm, owned); // copying a holder duplicates
     return owned._retn();
 }
@@ -76,7 +79,7 @@ typename Interface::_ptr_type vlServerReference::get(Cache<Interface>& cache,
 {
     const std::string realm = realm_of(releam);
     {
-        ReadGuard guard(lock);
+        ReadGuard guard(lock, turnstile);
         if (!guard.locked())
             return nullptr;
         if (auto reference = cached<Interface>(cache, realm))
@@ -86,14 +89,14 @@ typename Interface::_ptr_type vlServerReference::get(Cache<Interface>& cache,
     typename Interface::_var_type found = look_up<Interface>(naming_name(realm, key));
     if (CORBA::is_nil(found.in()))
         return nullptr;
-    WriteGuard guard(lock);
+    WriteGuard guard(lock, turnstile);
     return guard.locked() ? keep<Interface>(cache, realm, found._retn()) : nullptr;
 }
 
 template <class Interface>
 void vlServerReference::release(Cache<Interface>& cache, const char* releam)
 {
-    WriteGuard guard(lock);
+    WriteGuard guard(lock, turnstile);
     if (guard.locked())
         cache.erase(realm_of(releam));
 }
@@ -122,7 +125,7 @@ Velmo::HEART_BIT::contender_server_ptr
 vlServerReference::GetContenderReference(const char* releam)
 {
     using Interface = Velmo::HEART_BIT::contender_server;
-    WriteGuard guard(lock);
+    WriteGuard guard(lock, turnstile);
     if (!guard.locked())
         return nullptr;
     const std::string realm = realm_of(releam);
@@ -137,7 +140,7 @@ vlServerReference::GetContenderReference(const char* releam)
 
 Velmo::VelmoServiceManager_ptr vlServerReference::GetServiceReference()
 {
-    ReadGuard guard(lock);
+    ReadGuard guard(lock, turnstile);
     return guard.locked()
                ? look_up<Velmo::VelmoServiceManager>(velmo::keys::service_manager)
                : nullptr;
@@ -165,7 +168,7 @@ void vlServerReference::ReleaseContenderReference(const char* releam)
 
 void vlServerReference::releaseAllReference()
 {
-    WriteGuard guard(lock);
+    WriteGuard guard(lock, turnstile);
     if (!guard.locked())
         return;
     dtpReferences.clear();

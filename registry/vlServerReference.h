@@ -9,6 +9,7 @@
 
 #include "VelmoC.h"
 #include "Velmo_serverC.h"
+#include "registry/fair_lock.h"
 
 // Each Get returns a duplicate for the caller to release, or null. What a naming
 // client or narrowing raises passes through, with the lock released.
@@ -31,6 +32,7 @@ public:
 
     // From now on no server caches a reference any more: the process is ending.
     static void stop_caching();
+    static bool caches();
 
     // References by realm, each map owning its references.
     template <class Interface>
@@ -43,6 +45,7 @@ public:
     Cache<Velmo::HEART_BIT::contender_server> contenderReferences;
     ACE_RW_Mutex lock{USYNC_THREAD}; // guards the four maps
     std::string serverName;
+    Turnstile turnstile; // of the lock
 
 private:
     template <class Interface>

@@ -27,3 +27,8 @@ build() {
     quietly cmake --preset "$preset" ${VELMO_CMAKE_OPTIONS:-}
     quietly cmake --build --preset "$preset" ${*:+--target "$@"}
 }
+
+# show_help SCRIPT: shows the comment that the script begins with.
+show_help() {
+    sed -n '2,/^[^#]/{s/^# \?//p}' "$1"
+}

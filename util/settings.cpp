@@ -82,6 +82,7 @@ void Settings::take_over_file(const Timeouts& environment)
         connect = file.connect_timeout;
     } catch (const Fault& problem) {
         fault = place.path + ":" + std::to_string(problem.line) + ": " + problem.what();
+        may_pass = dynamic_cast<const Shortage*>(&problem) != nullptr;
     }
 }
 
@@ -126,7 +127,8 @@ const Server* Settings::find(const char* name) const
 bool Settings::perhaps_mended() const
 {
     // Without a file there is none to watch: one may be anywhere by now.
-    return !fault.empty() && (place.path.empty() || !(stamp == Stamp(place.path)));
+    return !fault.empty() &&
+           (may_pass || place.path.empty() || !(stamp == Stamp(place.path)));
 }
 
 std::shared_ptr<const Settings> Settings::read_again() const

@@ -68,6 +68,7 @@ private:
     Place place;
     Stamp stamp; // taken before reading, so that no change is missed
     std::string fault;
+    bool may_pass = false; // the fault, by itself
     std::vector<std::string> ignored;
     Sourced<Milliseconds> connect;
     std::vector<Server> listed;
@@ -75,8 +76,9 @@ private:
 };
 
 // What the process goes by: what was last made current, else read now. When it
-// is faulty and its file has been touched since, it is read again, so that a
-// mended file is noticed. Safe from any thread, like the two below.
+// is faulty and its file has been touched since, or could not be read for lack of
+// descriptors or memory, it is read again, so that a mended file is noticed. Safe from
+// any thread, like the two below.
 std::shared_ptr<const Settings> current();
 
 // Makes current what Settings::read() gives now, and returns it.

@@ -33,9 +33,18 @@ private:
     throw Fault(1, "the file cannot be read: " + why);
 }
 
+// What the process or the system lacks has nothing to do with the file.
+bool is_shortage(int error)
+{
+    return error == EMFILE || error == ENFILE || error == ENOMEM;
+}
+
 [[noreturn]] void refuse_for(int error)
 {
-    refuse(std::generic_category().message(error));
+    const std::string reason = std::generic_category().message(error);
+    if (is_shortage(error))
+        throw Shortage(1, "the file cannot be read: " + reason);
+    refuse(reason);
 }
 
 [[noreturn]] void refuse_size()

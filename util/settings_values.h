@@ -79,6 +79,11 @@ struct Fault : std::runtime_error {
     int line;
 };
 
+// Nothing is wrong with them, but they could not be read for now.
+struct Shortage : Fault {
+    using Fault::Fault;
+};
+
 // Text from outside, quoted for a reason: without control characters, and cut.
 std::string quoted(std::string_view text);
 

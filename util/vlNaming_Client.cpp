@@ -12,6 +12,7 @@
 #include "Velmo_serverC.h"
 #include "idl/nil_references.h"
 #include "idl/service_keys.h"
+#include "util/fork.h"
 #include "util/naming_session.h"
 #include "util/settings.h"
 
@@ -40,6 +41,8 @@ State& state()
 // later, and find no reference left to release.
 void end_at_exit()
 {
+    if (velmo::util::Fork::is_cut_off())
+        return;
     {
         std::lock_guard<std::mutex> guard(state().mutex);
         state().process_ending = true;
@@ -85,6 +88,9 @@ void end_session(const std::shared_ptr<NamingSession>& session)
 template <class Question>
 bool ask(const char* server_name, Question question)
 {
+    if (velmo::util::Fork::is_cut_off())
+        return false;
+    velmo::util::Fork::cut_off_children();
     try {
         const auto settings = velmo::settings::current();
         const Server* server = settings->find(server_name);
@@ -159,6 +165,8 @@ vlNaming_Client* vlNaming_Client::GetInstance()
 
 void vlNaming_Client::ExitInstance()
 {
+    if (velmo::util::Fork::is_cut_off())
+        return;
     std::shared_ptr<NamingSession> ended; // destroyed without the lock
     std::lock_guard<std::mutex> guard(state().mutex);
     ended.swap(state().session);

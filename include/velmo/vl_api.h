@@ -48,10 +48,20 @@
  *              (call_timeout_ms, 30 s by default); the first call to a service, and
  *              the first after a failure, in addition asks the naming service
  *              (naming_timeout_ms, 2 s by default). A call that fails waits for the
- *              look-ups of other threads that are under way.
+ *              look-ups of other threads that are under way, for 2 s and the naming
+ *              time-out at most. What may have been carried out is never repeated.
  *   Threads    any function from any thread at any time; calls of different threads
  *              run concurrently. Memory that is handed in belongs to the call until it
  *              returns.
+ *   Cancelling pthread_cancel() of a thread that is in a function takes effect after the
+ *              function has returned (with deferred cancellation, which is the default).
+ *   Processes  a child that fork() makes once any function but vl_free_memory() and
+ *              vl_destory_connection_seq() has been called reaches nobody: functions give
+ *              99 at once, whatever server is named, and what they give elsewhere when a
+ *              server cannot be reached (vl_mid_connect() 3001, vl_releam_seq() 137,
+ *              vl_get_servername() a count of 0). Its parent goes on undisturbed. It may
+ *              execute another program, and exit in any way. A process that forks first
+ *              and calls afterwards is like any other.
  *   Waiting    "option" of sends, receives and replies: 0 does not wait, n waits up to
  *              n milliseconds, 0xFFFFFFFF as long as the server allows (velmod:
  *              --max-wait, 20 s), which is the most in any case. Keep it below the

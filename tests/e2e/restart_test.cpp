@@ -5,16 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include "CQuilp.h"
+#include "tests/support/log_file.h"
 #include "tests/support/omni_names.h"
 #include "tests/support/settings_file.h"
-#include "tests/support/temporary_folder.h"
 #include "tests/support/velmod.h"
 
 using namespace velmo::tests;
@@ -27,25 +24,6 @@ int create_port(const char* name, unsigned int handle)
 {
     return vl_create_port(name, handle, 0, "S", nullptr);
 }
-
-// Log lines go to a file of their own.
-class LogFile {
-public:
-    LogFile() { setenv("VELMO_LOG", ("file:" + path()).c_str(), 1); }
-
-    std::string text() const
-    {
-        CQuilp::instance()->flush();
-        std::ostringstream content;
-        content << std::ifstream(path()).rdbuf();
-        return content.str();
-    }
-
-private:
-    std::string path() const { return (folder.path() / "log").string(); }
-
-    TemporaryFolder folder;
-};
 
 TEST(Restart, BetweenTwoCallsCostsOneFailedCallWithItsCodeAndLogLine)
 {

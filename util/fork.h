@@ -1,0 +1,37 @@
+// Children that fork() makes of a process that uses the library.
+#ifndef VELMO_UTIL_FORK_H
+#define VELMO_UTIL_FORK_H
+
+#include <pthread.h>
+
+#include <atomic>
+
+namespace velmo::util {
+
+// Such a child has none of the broker's threads, shares the connections with its parent,
+// where the two would read each other's answers, and finds every lock held for ever that
+// another thread held at that moment. It is cut off: nobody is called in it, and nothing
+// released. It may execute another program.
+class Fork {
+public:
+    // Children made from now on are cut off.
+    static void cut_off_children() noexcept
+    {
+        if (!in_use.load(std::memory_order_relaxed))
+            in_use.store(true, std::memory_order_relaxed);
+    }
+
+    // Whether this process is one. As cheap as reading a variable.
+    static bool is_cut_off() noexcept { return cut_off.load(std::memory_order_relaxed); }
+
+private:
+    static void in_child() { cut_off = in_use.load(); }
+
+    static inline std::atomic<bool> in_use{false};
+    static inline std::atomic<bool> cut_off{false};
+    static inline const int registered = pthread_atfork(nullptr, nullptr, in_child);
+};
+
+} // namespace velmo::util
+
+#endif
