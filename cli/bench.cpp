@@ -127,10 +127,10 @@ private:
         std::vector<Outcome> all;
         for (const std::size_t size : sizes)
             for (const auto& [part, time] : parts) {
-                for (Outcome& outcome : bench.run(interruption, part, size,
-                                                  std::chrono::duration<double>(time)))
+                for (const Outcome& outcome : bench.run(
+                         interruption, part, size, std::chrono::duration<double>(time)))
                     if (wants(outcome.operation) && outcome.times.count() > 0)
-                        all.push_back(std::move(outcome));
+                        all.push_back(outcome);
                 progress.step();
             }
         return all;

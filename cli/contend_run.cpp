@@ -216,6 +216,7 @@ struct Run {
     {
         // Read by the library at its first use; what a person has set stays.
         if (session.timeout_ms == 0)
+            // NOLINTNEXTLINE(concurrency-mt-unsafe): the only thread
             setenv("VELMO_CALL_TIMEOUT_MS", call_timeout_ms, 0);
         Plan whole = plan;
         whole.grace = milliseconds(grace_ms);

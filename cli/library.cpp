@@ -12,9 +12,10 @@ namespace {
 
 constexpr unsigned int longest_naming_ms = 2000; // what the library takes by default
 
-void set_variable(const char* name, const std::string& value)
+void set_variable(const char* name, const std::string& value, int overwrite = 1)
 {
-    setenv(name, value.c_str(), 1);
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): the only thread
+    setenv(name, value.c_str(), overwrite);
 }
 
 } // namespace
@@ -23,7 +24,7 @@ void prepare_library(unsigned int timeout_ms)
 {
     given_environment(); // before it is changed here
     // What it logs is in the way of our own messages; whoever wants it asks for it.
-    setenv("VELMO_LOG", "file:/dev/null", 0);
+    set_variable("VELMO_LOG", "file:/dev/null", 0);
     if (timeout_ms == 0)
         return;
     // A command looks the server up and calls it: both have to fit.

@@ -119,6 +119,7 @@ int LineEditor::read_character(EditLine* editor, wchar_t* character)
         const ssize_t count = ::read(STDIN_FILENO, &byte, 1);
         if (count <= 0)
             return static_cast<int>(count);
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): the state is its own
         const std::size_t length = std::mbrtowc(character, &byte, 1, &state);
         if (length == static_cast<std::size_t>(-1))
             state = {}; // no character of this locale: it is left out

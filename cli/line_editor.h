@@ -41,7 +41,7 @@ private:
     const std::string history_file;
     const Complete complete;
     struct End {
-        void operator()(EditLine* editor) const { el_end(editor); }
+        void operator()(EditLine* its_editor) const { el_end(its_editor); }
         void operator()(History* its_history) const { history_end(its_history); }
     };
     std::unique_ptr<History, End> history;

@@ -26,7 +26,7 @@ std::string Payload::bytes() const
     if (!is_given() && isatty(STDIN_FILENO))
         throw misuse("nothing is given to send",
                      "give it as an argument, with --file, or on standard input");
-    const std::string given = is_argument() ? text : read_all(is_file() ? file : "-");
+    std::string given = is_argument() ? text : read_all(is_file() ? file : "-");
     if (!hex)
         return given;
     const std::optional<std::string> decoded = from_hex(given);

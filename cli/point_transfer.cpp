@@ -151,7 +151,7 @@ private:
     // What goes on as a C string. Throws Failure, or what reading JSON does.
     static std::string text_of(const Json& document, const char* key)
     {
-        const std::string text = document.at(key).get<std::string>();
+        std::string text = document.at(key).get<std::string>();
         if (has_nul(text))
             throw misuse(in_quotes(key) + " has a NUL byte in it");
         return text;

@@ -53,7 +53,7 @@ struct Set {
 private:
     std::string encoded(const Session& session) const
     {
-        const std::string given = value.bytes();
+        std::string given = value.bytes();
         if (value.is_file() || value.is_hex())
             return given;
         if (!kind.empty())

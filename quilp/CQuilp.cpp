@@ -106,7 +106,7 @@ const struct Hooks {
         std::atexit(finish_at_exit);
         pthread_atfork(before_fork, after_fork_in_parent, after_fork_in_child);
     }
-} hooks;
+} hooks; // NOLINT(cert-err58-cpp): C functions throw nothing
 
 } // namespace
 

@@ -24,7 +24,7 @@ public:
     using Duration = std::chrono::milliseconds;
     using Write = std::function<void(const Line&)>; // one call at a time; must not throw
 
-    static constexpr std::size_t default_capacity = 8 * 1024 * 1024; // bytes
+    static constexpr std::size_t default_capacity = 8u << 20; // bytes
     static constexpr Duration patience{1000};
 
     enum class Writer {

@@ -30,7 +30,7 @@ Destination destination_from(const char* value);
 // A file is renamed to NAME.1.EXT, and so on, before it grows beyond `bytes`; the
 // oldest of `files` renamed ones goes.
 struct Rotation {
-    std::size_t bytes = 10 * 1024 * 1024;
+    std::size_t bytes = 10u << 20;
     std::size_t files = 5;
 };
 

@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <list>
 #include <memory>
 #include <string>
@@ -14,16 +12,9 @@
 
 #include <fuzzer/FuzzedDataProvider.h>
 
-namespace velmo::tests {
+#include "tests/fuzz/require.h"
 
-// What has to hold after a call; the fuzzer keeps the input for which it does not.
-inline void require(bool holds, const char* what)
-{
-    if (holds)
-        return;
-    std::fprintf(stderr, "does not hold: %s\n", what);
-    std::abort();
-}
+namespace velmo::tests {
 
 // Data as applications hand them over, good or bad.
 struct Data {
