@@ -1,6 +1,7 @@
 #include "orb/arguments.h"
 #include "orb/client.h"
 #include "orb/options_omniorb.h"
+#include "orb/timed_connection_omniorb.h"
 
 namespace velmo::orb {
 
@@ -24,6 +25,7 @@ CORBA::ORB_ptr join_or_make(Milliseconds connect_timeout)
                          "-ORBmaxGIOPConnectionPerServer", connections_per_server}};
     CORBA::ORB_var orb = CORBA::ORB_init(arguments.count, arguments.values());
     omniORB::setClientConnectTimeout(clamp(connect_timeout));
+    time_connections();
     return orb._retn();
 }
 
