@@ -1,6 +1,7 @@
 #include "server/process.h"
 
 #include <fcntl.h>
+#include <malloc.h>
 #include <sys/resource.h>
 #include <systemd/sd-daemon.h>
 #include <unistd.h>
@@ -43,6 +44,12 @@ bool is_given_for_writing(int descriptor)
         return false;
     const int flags = fcntl(descriptor, F_GETFL);
     return flags >= 0 && (flags & O_ACCMODE) != O_RDONLY;
+}
+
+void keep_freed_memory()
+{
+    mallopt(M_MMAP_THRESHOLD, 4 << 20); // larger blocks are given back at once
+    mallopt(M_TRIM_THRESHOLD, 32 << 20);
 }
 
 void notify_ready(const std::string& status)
