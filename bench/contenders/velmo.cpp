@@ -84,7 +84,7 @@ struct Velmods::Running {
                                             std::vector<std::string> more)
     {
         if (durable)
-            more.insert(more.end(), {"--durable", "--data", folder.path()});
+            more.insert(more.end(), {"--durable", "--data-dir", folder.path()});
         return more;
     }
 
