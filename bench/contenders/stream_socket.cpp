@@ -101,7 +101,7 @@ bool read_all(int socket, void* to, std::size_t bytes)
 {
     auto* next = static_cast<char*>(to);
     while (bytes > 0) {
-        const ssize_t read = recv(socket, next, bytes, MSG_WAITALL);
+        const ssize_t read = recv(socket, next, bytes, 0);
         if (read <= 0)
             return false;
         next += read;
