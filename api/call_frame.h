@@ -69,7 +69,7 @@ void settle_reference(const FailureRule<Result>& rule, vlReferenceContainer& reg
     if (!rule.keeps_reference)
         Service::release(registry, server, releam);
     else // It is asked for once more; the duplicate stays with nobody, on purpose.
-        static_cast<void>(Service::get(registry, server, releam));
+        static_cast<void>(Service::get(RegistryReader(&registry), server, releam));
 }
 
 // Runs an operation on a service of a server (see services.h):
@@ -86,15 +86,14 @@ Result call(const FailureRule<Result>& rule, const char* server_name, const char
 {
     if (util::Fork::is_cut_off())
         return rule.no_reference;
-    const char* server = choose_server(server_name);
+    vlReferenceContainer* const registry = vlReferenceContainer::instance();
+    RegistryReader reader(registry);
+    const char* const server = choose_server(reader, server_name);
     if (!server && rule.needs_server)
         return rule.no_server;
     const auto prepared = prepare();
-    vlReferenceContainer* registry = vlReferenceContainer::instance();
-    if (!registry)
-        return rule.no_reference;
-    typename Service::Interface::_var_type service =
-        Service::get(*registry, server, releam);
+    typename Service::Interface::_var_type service = Service::get(reader, server, releam);
+    reader.let_go(); // the call may take its time
     if (CORBA::is_nil(service.in()))
         return rule.no_reference;
     try {

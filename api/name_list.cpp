@@ -14,30 +14,36 @@ void clear(NameList& list)
     list.names = nullptr;
 }
 
-const Velmo::NAME_SEQ& IncomingNames::names() const
+namespace {
+
+// The caller's own from now on. Empty ones may be a broker's constant.
+char* take(Velmo::NAME_SEQ& names, CORBA::ULong i)
 {
-    static const Velmo::NAME_SEQ none;
-    return delivered() ? sequence.in() : none;
+    const char* const name = names[i];
+    char* const taken = *name ? names[i]._retn() : CORBA::string_dup(name);
+    if (!taken) // how some brokers say that there is no memory
+        throw std::bad_alloc();
+    return taken;
 }
 
-void fill(NameList& list, const Velmo::NAME_SEQ& names)
+} // namespace
+
+void fill(NameList& list, Velmo::NAME_SEQ& names)
 {
-    fill(list, names, Velmo::NAME_SEQ());
+    Velmo::NAME_SEQ none;
+    fill(list, names, none);
 }
 
-void fill(NameList& list, const Velmo::NAME_SEQ& first, const Velmo::NAME_SEQ& second)
+void fill(NameList& list, Velmo::NAME_SEQ& first, Velmo::NAME_SEQ& second)
 {
     list.count = first.length() + second.length();
     if (list.count > INT_MAX) // more than a signed count holds
         throw std::bad_alloc();
     list.names = static_cast<char**>(allocate_block(sizeof(char*) * list.count));
     char** next = list.names;
-    for (const Velmo::NAME_SEQ* names : {&first, &second})
-        for (CORBA::ULong i = 0; i < names->length(); ++i) {
-            *next = CORBA::string_dup((*names)[i]);
-            if (!*next++) // how some brokers say that there is no memory
-                throw std::bad_alloc();
-        }
+    for (Velmo::NAME_SEQ* names : {&first, &second})
+        for (CORBA::ULong i = 0; i < names->length(); ++i)
+            *next++ = take(*names, i);
 }
 
 } // namespace velmo::api

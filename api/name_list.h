@@ -19,18 +19,19 @@ public:
     bool delivered() const { return sequence.operator->() != nullptr; }
 
     // Empty when none were delivered.
-    const Velmo::NAME_SEQ& names() const;
+    Velmo::NAME_SEQ& names() { return delivered() ? sequence.inout() : none; }
 
 private:
     Velmo::NAME_SEQ_var sequence;
+    Velmo::NAME_SEQ none;
 };
 
-// Makes a list of copies of the names. Throws std::bad_alloc, and then leaves what it
-// has copied.
-void fill(NameList& list, const Velmo::NAME_SEQ& names);
+// Makes a list of the names, which it takes out of the sequence: a million of them need
+// not be there twice. Throws std::bad_alloc, and then leaves what it has taken.
+void fill(NameList& list, Velmo::NAME_SEQ& names);
 
 // The names of the first sequence followed by those of the second.
-void fill(NameList& list, const Velmo::NAME_SEQ& first, const Velmo::NAME_SEQ& second);
+void fill(NameList& list, Velmo::NAME_SEQ& first, Velmo::NAME_SEQ& second);
 
 } // namespace velmo::api
 

@@ -1,6 +1,7 @@
 #include "orb/arguments.h"
 #include "orb/client.h"
 #include "orb/options_omniorb.h"
+#include "orb/timed_connection_omniorb.h"
 
 // Written to be included after the broker's other headers, and in this order.
 #include <omniORB4/internal/giopStrand.h>
@@ -47,6 +48,14 @@ CORBA::Boolean never_again(void*, CORBA::ULong, const CORBA::TRANSIENT&)
     return false;
 }
 
+// Instead of once more, when the process joins the same ORB again.
+void intercept(omni::omniInterceptors::clientOpenConnection_T::interceptFunc function)
+{
+    auto& opening = omniORB::getInterceptors()->clientOpenConnection;
+    opening.remove(function);
+    opening.add(function);
+}
+
 void limit(CORBA::Object_ptr object, Milliseconds timeout)
 {
     omniORB::setClientCallTimeout(object, clamp(timeout));
@@ -63,7 +72,8 @@ CORBA::ORB_ptr join_or_make(Milliseconds connect_timeout)
                          "-ORBmaxGIOPConnectionPerServer", connections_per_server}};
     CORBA::ORB_var orb = CORBA::ORB_init(arguments.count, arguments.values());
     omniORB::setClientConnectTimeout(clamp(connect_timeout));
-    omniORB::getInterceptors()->clientOpenConnection.add(limit_connections);
+    intercept(limit_connections);
+    time_connections();
     return orb._retn();
 }
 

@@ -22,12 +22,7 @@ public:
     {
         if (T* known = pointer.load(std::memory_order_acquire))
             return known;
-        if (velmo::util::Fork::is_cut_off())
-            return nullptr;
-        std::lock_guard<std::mutex> guard(mutex);
-        T* made = ACE_Singleton<T, ACE_Recursive_Thread_Mutex>::instance();
-        pointer.store(made, std::memory_order_release);
-        return made;
+        return make();
     }
 
     // The instance if there is one; makes none.
@@ -41,6 +36,17 @@ public:
     }
 
 private:
+    // Apart, so that asking for what is there costs next to nothing.
+    [[gnu::noinline]] static T* make()
+    {
+        if (velmo::util::Fork::is_cut_off())
+            return nullptr;
+        std::lock_guard<std::mutex> guard(mutex);
+        T* made = ACE_Singleton<T, ACE_Recursive_Thread_Mutex>::instance();
+        pointer.store(made, std::memory_order_release);
+        return made;
+    }
+
     static inline std::atomic<T*> pointer{nullptr};
     static inline std::mutex mutex;
 };

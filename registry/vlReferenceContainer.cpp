@@ -7,7 +7,7 @@
 #include "registry/fair_lock.h"
 #include "registry/host_name.h"
 #include "registry/process_singleton.h"
-#include "registry/vlServerReference.h"
+#include "registry/registry_reader.h"
 #include "util/fork.h"
 #include "vlServerInfoXmlImpl.h"
 
@@ -15,14 +15,17 @@ namespace {
 
 using Name = ACE_String_Base<char>;
 
-// Of registries, which are one as a rule.
-Turnstile turnstile;
-
 struct ReadGuard : FairReadGuard<vlReferenceContainer> {
-    explicit ReadGuard(ACE_RW_Mutex& its_lock) : FairReadGuard(its_lock, turnstile) {}
+    explicit ReadGuard(ACE_RW_Mutex& its_lock)
+        : FairReadGuard(its_lock, RegistryReader::turnstile)
+    {
+    }
 };
 struct WriteGuard : FairWriteGuard {
-    explicit WriteGuard(ACE_RW_Mutex& its_lock) : FairWriteGuard(its_lock, turnstile) {}
+    explicit WriteGuard(ACE_RW_Mutex& its_lock)
+        : FairWriteGuard(its_lock, RegistryReader::turnstile)
+    {
+    }
 };
 
 // The server that stands for this host when the settings name none.
@@ -37,6 +40,20 @@ Name name_of(const char* text)
     return Name(text ? text : "");
 }
 
+// For searching alone: the text is not copied, and must outlive the key.
+Name key_of(const char* text)
+{
+    return Name(text ? text : "", nullptr, false);
+}
+
+void add_name(vlReferenceContainer& registry, const char* position, const char* name)
+{
+    const auto added =
+        registry.positionMap.emplace(name_of(position), std::make_unique<Name>(name));
+    if (position == own && !registry.firstOwn)
+        registry.firstOwn = added->second.get();
+}
+
 // Registers the servers at a position; tells whether the settings listed any.
 bool add_position(vlReferenceContainer& registry, vlServerInfoXmlImpl& reader,
                   const char* position)
@@ -44,8 +61,7 @@ bool add_position(vlReferenceContainer& registry, vlServerInfoXmlImpl& reader,
     const std::vector<_ServerInfoData> records = reader.GetServerInfo(position);
     for (const _ServerInfoData& record : records) {
         if (record.name[0] != '\0')
-            registry.positionMap.emplace(name_of(position),
-                                         std::make_unique<Name>(record.name));
+            add_name(registry, position, record.name);
     }
     return !records.empty();
 }
@@ -55,20 +71,8 @@ bool add_position(vlReferenceContainer& registry, vlServerInfoXmlImpl& reader,
 vlServerReference* find(vlReferenceContainer& registry, const char* server)
 {
     std::lock_guard<std::mutex> guard(registry.serverMapMutex);
-    const auto found = registry.serverMap.find(name_of(server));
+    const auto found = registry.serverMap.find(key_of(server));
     return found == registry.serverMap.end() ? nullptr : found->second.get();
-}
-
-vlServerReference& find_or_create(vlReferenceContainer& registry, const char* server)
-{
-    std::lock_guard<std::mutex> guard(registry.serverMapMutex);
-    const Name name = name_of(server);
-    auto found = registry.serverMap.find(name);
-    if (found == registry.serverMap.end())
-        found =
-            registry.serverMap.emplace(name, std::make_unique<vlServerReference>(server))
-                .first;
-    return *found->second;
 }
 
 // A service's reference from a server's entry, which is made if need be. The lock
@@ -77,8 +81,9 @@ template <class Get>
 auto get_reference(vlReferenceContainer& registry, const char* server, Get get)
     -> decltype(get(std::declval<vlServerReference&>()))
 {
-    ReadGuard guard(registry.lock);
-    return guard.locked() ? get(find_or_create(registry, server)) : nullptr;
+    const RegistryReader reader(&registry);
+    vlServerReference* const entry = reader.entry(server);
+    return entry ? get(*entry) : nullptr;
 }
 
 // Lets go of references in a server's entry, if it has one.
@@ -112,6 +117,18 @@ void drop_references()
 
 } // namespace
 
+vlServerReference* RegistryReader::find_or_create(const char* server) const
+{
+    std::lock_guard<std::mutex> guard(registry->serverMapMutex);
+    auto found = registry->serverMap.find(key_of(server));
+    if (found == registry->serverMap.end())
+        found = registry->serverMap
+                    .emplace(name_of(server), std::make_unique<vlServerReference>(server))
+                    .first;
+    registry->lastFound.store(found->second.get(), std::memory_order_release);
+    return found->second.get();
+}
+
 void release_references_at_exit()
 {
     static const int registered = std::atexit(drop_references);
@@ -144,6 +161,8 @@ void vlReferenceContainer::BuildSettingData()
     WriteGuard guard(lock);
     if (!guard.locked())
         return;
+    firstOwn = nullptr;
+    lastFound.store(nullptr, std::memory_order_relaxed);
     positionMap.clear();
     serverMap.clear();
 
@@ -154,7 +173,7 @@ void vlReferenceContainer::BuildSettingData()
             // Only for its error number: a host without a name shows in errno.
             char host[host_name_size];
             local_host_name(host);
-            positionMap.emplace(name_of(own), std::make_unique<Name>(placeholder_server));
+            add_name(*this, own, placeholder_server);
         }
     }
 }
@@ -166,7 +185,7 @@ vlReferenceContainer::InquireServerNameWithPosition(const char* position)
     ReadGuard guard(lock);
     if (!guard.locked())
         return names;
-    const auto range = positionMap.equal_range(name_of(position));
+    const auto range = positionMap.equal_range(key_of(position));
     for (auto entry = range.first; entry != range.second; ++entry)
         names.push_back(entry->second.get());
     return names;

@@ -13,21 +13,21 @@ using WriteGuard = FairWriteGuard;
 
 std::atomic<bool> caching_stopped{false};
 
-std::string realm_of(const char* releam)
+std::string_view realm_of(const char* releam)
 {
     return releam ? releam : "";
 }
 
 // The name of a service below the root of the server's naming.
-std::string naming_name(const std::string& realm, const char* key)
+std::string naming_name(std::string_view realm, const char* key)
 {
-    return realm.empty() ? key : "/" + realm + "/" + key;
+    return realm.empty() ? key : "/" + std::string(realm) + "/" + key;
 }
 
 // A duplicate of a realm's reference, null when there is none.
 template <class Interface>
 typename Interface::_ptr_type cached(const vlServerReference::Cache<Interface>& cache,
-                                     const std::string& realm)
+                                     std::string_view realm)
 {
     const auto found = cache.find(realm);
     return found == cache.end() ? nullptr : Interface::_duplicate(found->second.in());
@@ -64,7 +64,7 @@ typename Interface::_ptr_type vlServerReference::look_up(const std::string& name
 // the reference on. The caller holds the lock for writing.
 template <class Interface>
 typename Interface::_ptr_type
-vlServerReference::keep(Cache<Interface>& cache, const std::string& realm,
+vlServerReference::keep(Cache<Interface>& cache, std::string_view realm,
                         typename Interface::_ptr_type reference)
 {
     typename Interface::_var_type owned = reference;
@@ -73,19 +73,12 @@ vlServerReference::keep(Cache<Interface>& cache, const std::string& realm,
     return owned._retn();
 }
 
+// Without the lock: two threads may both ask, and the first one's answer stays.
 template <class Interface>
-typename Interface::_ptr_type vlServerReference::get(Cache<Interface>& cache,
-                                                     const char* key, const char* releam)
+typename Interface::_ptr_type vlServerReference::look_up_and_keep(Cache<Interface>& cache,
+                                                                  const char* key,
+                                                                  std::string_view realm)
 {
-    const std::string realm = realm_of(releam);
-    {
-        ReadGuard guard(lock, turnstile);
-        if (!guard.locked())
-            return nullptr;
-        if (auto reference = cached<Interface>(cache, realm))
-            return reference;
-    }
-    // Without the lock: two threads may both ask, and the first one's answer stays.
     typename Interface::_var_type found = look_up<Interface>(naming_name(realm, key));
     if (CORBA::is_nil(found.in()))
         return nullptr;
@@ -94,11 +87,29 @@ typename Interface::_ptr_type vlServerReference::get(Cache<Interface>& cache,
 }
 
 template <class Interface>
+typename Interface::_ptr_type vlServerReference::get(Cache<Interface>& cache,
+                                                     const char* key, const char* releam)
+{
+    const std::string_view realm = realm_of(releam);
+    {
+        ReadGuard guard(lock, turnstile);
+        if (!guard.locked())
+            return nullptr;
+        if (auto reference = cached<Interface>(cache, realm))
+            return reference;
+    }
+    return look_up_and_keep<Interface>(cache, key, realm);
+}
+
+template <class Interface>
 void vlServerReference::release(Cache<Interface>& cache, const char* releam)
 {
     WriteGuard guard(lock, turnstile);
-    if (guard.locked())
-        cache.erase(realm_of(releam));
+    if (!guard.locked())
+        return;
+    const auto found = cache.find(realm_of(releam));
+    if (found != cache.end())
+        cache.erase(found);
 }
 
 Velmo::DT_POINT_SVC::DT_Point_Factory_ptr
@@ -128,7 +139,7 @@ vlServerReference::GetContenderReference(const char* releam)
     WriteGuard guard(lock, turnstile);
     if (!guard.locked())
         return nullptr;
-    const std::string realm = realm_of(releam);
+    const std::string_view realm = realm_of(releam);
     if (auto reference = cached<Interface>(contenderReferences, realm))
         return reference;
     const std::string name = naming_name(realm, velmo::keys::contention_service);

@@ -2,8 +2,11 @@
 #ifndef VELMO_REGISTRY_VLSERVERREFERENCE_H
 #define VELMO_REGISTRY_VLSERVERREFERENCE_H
 
+#include <cstring>
+#include <functional>
 #include <map>
 #include <string>
+#include <string_view>
 
 #include <ace/RW_Mutex.h>
 
@@ -30,13 +33,19 @@ public:
     void ReleaseContenderReference(const char* releam);
     void releaseAllReference();
 
+    // NULL is like "".
+    bool is_of(const char* name) const
+    {
+        return std::strcmp(serverName.c_str(), name ? name : "") == 0;
+    }
+
     // From now on no server caches a reference any more: the process is ending.
     static void stop_caching();
     static bool caches();
 
     // References by realm, each map owning its references.
     template <class Interface>
-    using Cache = std::map<std::string, typename Interface::_var_type>;
+    using Cache = std::map<std::string, typename Interface::_var_type, std::less<>>;
 
     // Destroyed from the last to the first.
     Cache<Velmo::DT_POINT_SVC::DT_Point_Factory> dtpReferences;
@@ -51,12 +60,15 @@ private:
     template <class Interface>
     typename Interface::_ptr_type get(Cache<Interface>& cache, const char* key,
                                       const char* releam);
+    template <class Interface> // apart from what every call does
+    [[gnu::noinline]] typename Interface::_ptr_type
+    look_up_and_keep(Cache<Interface>& cache, const char* key, std::string_view realm);
     template <class Interface>
     void release(Cache<Interface>& cache, const char* releam);
     template <class Interface>
     typename Interface::_ptr_type look_up(const std::string& name) const;
     template <class Interface>
-    typename Interface::_ptr_type keep(Cache<Interface>& cache, const std::string& realm,
+    typename Interface::_ptr_type keep(Cache<Interface>& cache, std::string_view realm,
                                        typename Interface::_ptr_type reference);
 };
 

@@ -121,6 +121,7 @@ std::string cannot_register(const Options& options, const std::runtime_error& er
 
 int main(int argc, char** argv)
 {
+    server::keep_freed_memory();
     const server::Arguments arguments(argv + std::min(argc, 1), argv + argc);
     std::optional<Options> options;
     try {

@@ -1,6 +1,7 @@
 #include "server/process.h"
 
 #include <fcntl.h>
+#include <malloc.h>
 #include <sys/resource.h>
 #include <systemd/sd-daemon.h>
 #include <unistd.h>
@@ -51,6 +52,12 @@ void raise_descriptor_limit()
     getrlimit(RLIMIT_NOFILE, &limit);
     limit.rlim_cur = limit.rlim_max;
     setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+void keep_freed_memory()
+{
+    mallopt(M_MMAP_THRESHOLD, 4 << 20); // larger blocks are given back at once
+    mallopt(M_TRIM_THRESHOLD, 32 << 20);
 }
 
 void notify_ready(const std::string& status)

@@ -19,6 +19,11 @@ bool is_given_for_writing(int descriptor);
 // of 1024 is for programs that call select().
 void raise_descriptor_limit();
 
+// Has the allocator keep what is freed, within limits, for what is allocated next: packets
+// and values come and go, and memory that is fetched from the system anew each time costs
+// more than all else that a call does. Before the first thread begins.
+void keep_freed_memory();
+
 // Tell the service manager how the process is, where NOTIFY_SOCKET names its socket;
 // otherwise they do nothing. The status is a line for people.
 void notify_ready(const std::string& status);

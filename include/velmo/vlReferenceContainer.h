@@ -6,6 +6,7 @@
 #ifndef VELMO_VLREFERENCECONTAINER_H
 #define VELMO_VLREFERENCECONTAINER_H
 
+#include <atomic>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -90,9 +91,13 @@ public:
     // Keeps serverMap sound where several holders of the read lock search it and
     // insert into it; held for no longer than that.
     std::mutex serverMapMutex;
+    // The entry that was found last, where the next search begins. Null after a rebuild.
+    std::atomic<vlServerReference*> lastFound{nullptr};
     // Position word to server names, in the order of the settings.
     std::multimap<ACE_String_Base<char>, std::unique_ptr<ACE_String_Base<char>>>
         positionMap;
+    // The first of positionMap's names at "own", null when there is none.
+    const ACE_String_Base<char>* firstOwn = nullptr;
 };
 
 #endif

@@ -6,44 +6,46 @@
 namespace velmo::model {
 
 template <class Wanted>
-std::vector<std::string> PointService::collect(Wanted wanted) const
+NameTable PointService::collect(Wanted wanted) const
 {
-    std::vector<std::string> names;
+    NameTable names;
+    names.reserve(count);
     for (const PointShard& shard : shards) {
         const PointShard::ReadLock lock(shard.mutex);
         for (const auto& [name, point] : shard.points)
             if (wanted(point))
-                names.push_back(name);
+                names.add(name);
     }
-    std::sort(names.begin(), names.end());
+    names.sort();
     return names;
 }
 
-std::vector<std::string> PointService::names() const
+NameTable PointService::names() const
 {
     return collect([](const Point&) { return true; });
 }
 
-std::vector<std::string> PointService::names_without_data() const
+NameTable PointService::names_without_data() const
 {
     return collect([](const Point& point) { return !point.value; });
 }
 
-vl_result PointService::names_of_type(std::string_view type,
-                                      std::vector<std::string>& names) const
+vl_result PointService::names_of_type(std::string_view type, NameTable& names) const
 {
+    NameTable of_type;
     if (type == system_type) {
         std::vector<std::string> listed;
         for (const SystemPoints* source : system_points)
             source->list(listed);
-        std::sort(listed.begin(), listed.end());
-        names = std::move(listed);
-        return VL_OK;
+        for (const std::string& name : listed)
+            of_type.add(name);
+        of_type.sort();
+    } else {
+        of_type =
+            collect([type](const Point& point) { return point.type->name() == type; });
+        if (of_type.empty() && !templates.find(type))
+            return ABSTRACT_DATA_TYPE_NULL;
     }
-    std::vector<std::string> of_type =
-        collect([type](const Point& point) { return point.type->name() == type; });
-    if (of_type.empty() && !templates.find(type))
-        return ABSTRACT_DATA_TYPE_NULL;
     names = std::move(of_type);
     return VL_OK;
 }

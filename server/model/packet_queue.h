@@ -9,6 +9,7 @@
 #include <deque>
 #include <list>
 #include <optional>
+#include <vector>
 
 #include "server/model/caller.h"
 #include "server/model/data.h"

@@ -12,6 +12,7 @@
 #include <functional>
 
 #include "server/model/journal.h"
+#include "server/model/name_table.h"
 #include "server/model/point_shard.h"
 #include "server/model/system_points.h"
 #include "server/model/template_catalogue.h"
@@ -94,12 +95,12 @@ public:
 
     // Names in byte order. A point that is there all the while is named once; one that
     // comes or goes meanwhile may be.
-    std::vector<std::string> names() const;
-    std::vector<std::string> names_without_data() const;
+    NameTable names() const;
+    NameTable names_without_data() const;
 
     // Those of the points of one template.
     //   ABSTRACT_DATA_TYPE_NULL  there is no such template, nor a point of it
-    vl_result names_of_type(std::string_view type, std::vector<std::string>& names) const;
+    vl_result names_of_type(std::string_view type, NameTable& names) const;
 
     // Changes how many points there may be. Those that are there stay.
     void set_max_points(std::size_t points) { max_points = points; }
@@ -139,7 +140,7 @@ private:
     template <class Change>
     vl_result change(const std::string& name, Change change);
     template <class Wanted>
-    std::vector<std::string> collect(Wanted wanted) const;
+    NameTable collect(Wanted wanted) const;
 
     // Tells the journal of a change, before it is made: that may fail for lack of memory.
     void record(const Points::value_type& entry, const Data& value,

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <limits>
 #include <type_traits>
+#include <vector>
 
 #include "server/model/names.h"
 #include "server/model/system_points.h"
@@ -12,6 +13,8 @@
 namespace velmo::model {
 
 namespace {
+
+using Octets = std::vector<std::uint8_t>;
 
 struct KindTraits {
     Kind kind;
@@ -70,31 +73,31 @@ struct Bits<8> {
 };
 
 template <class Number>
-std::optional<Bytes> number_bytes(std::string_view text)
+std::optional<Octets> number_bytes(std::string_view text)
 {
     const std::optional<Number> number = parse<Number>(text);
     if (!number)
         return std::nullopt;
     typename Bits<sizeof(Number)>::Type bits;
     std::memcpy(&bits, &*number, sizeof bits);
-    Bytes bytes;
+    Octets bytes;
     for (std::size_t i = 0; i < sizeof bits; ++i)
         bytes.push_back(static_cast<std::uint8_t>(std::uint64_t{bits} >> 8 * i));
     return bytes;
 }
 
-std::optional<Bytes> truth_bytes(std::string_view text)
+std::optional<Octets> truth_bytes(std::string_view text)
 {
     if (text != "true" && text != "false")
         return std::nullopt;
-    return Bytes{text == "true"};
+    return Octets{text == "true"};
 }
 
-std::optional<Bytes> hexadecimal_bytes(std::string_view text)
+std::optional<Octets> hexadecimal_bytes(std::string_view text)
 {
     if (text.size() % 2 != 0)
         return std::nullopt;
-    Bytes bytes;
+    Octets bytes;
     for (; !text.empty(); text.remove_prefix(2)) {
         const auto byte = parse<std::uint8_t>(text.substr(0, 2), 16);
         if (!byte)
@@ -105,7 +108,7 @@ std::optional<Bytes> hexadecimal_bytes(std::string_view text)
 }
 
 // None when the text stands for no value of the kind.
-std::optional<Bytes> value_of(Kind kind, std::string_view text)
+std::optional<Octets> value_of(Kind kind, std::string_view text)
 {
     switch (kind) {
     case Kind::int8:
@@ -131,7 +134,7 @@ std::optional<Bytes> value_of(Kind kind, std::string_view text)
     case Kind::boolean:
         return truth_bytes(text);
     case Kind::text:
-        return Bytes(text.begin(), text.end());
+        return Octets(text.begin(), text.end());
     case Kind::bytes:
         return hexadecimal_bytes(text);
     }
@@ -191,14 +194,14 @@ void Template::check_initial()
 {
     if (!written.initial)
         return;
-    std::optional<Bytes> bytes = value_of(its_kind, *written.initial);
+    std::optional<Octets> bytes = value_of(its_kind, *written.initial);
     if (!bytes)
         refuse("the initial value \"" + *written.initial + "\" is none of kind " +
                written.kind);
     if (!accepts(bytes->size()))
         refuse("the initial value has " + std::to_string(bytes->size()) +
                " bytes, which do not fit");
-    initial_value = std::make_shared<const Bytes>(std::move(*bytes));
+    initial_value = std::make_shared<const Bytes>(bytes->begin(), bytes->end());
 }
 
 void Template::refuse(const std::string& reason) const

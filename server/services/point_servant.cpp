@@ -34,7 +34,7 @@ CORBA::Long PointServant::get_DTP(const char* point_name, Velmo::DATA_BUFFER_out
         model::Data data;
         const vl_result result = points.get(point_name, data);
         if (result == VL_OK)
-            fill(*value.ptr(), *data);
+            fill(*value.ptr(), data);
         return result;
     });
 }
@@ -57,9 +57,9 @@ CORBA::Long PointServant::get_all_point_by_typename(Velmo::NAME_SEQ_out names,
 {
     names = new Velmo::NAME_SEQ;
     return call(Operation::get_all_point_by_typename, [&] {
-        std::vector<std::string> of_type;
+        model::NameTable of_type;
         const vl_result result = points.names_of_type(type_name, of_type);
-        fill(*names.ptr(), of_type);
+        fill(*names.ptr(), std::move(of_type));
         return result;
     });
 }
@@ -118,7 +118,7 @@ CORBA::Long PointServant::get_dtp_info(const char* point_name, CORBA::String_out
         fill(type_name, info.type);
         fill(description, info.description);
         if (info.value)
-            fill(*value.ptr(), *info.value);
+            fill(*value.ptr(), info.value);
         return VL_OK;
     });
 }

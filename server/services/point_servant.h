@@ -2,6 +2,7 @@
 #ifndef VELMO_SERVER_SERVICES_POINT_SERVANT_H
 #define VELMO_SERVER_SERVICES_POINT_SERVANT_H
 
+#include "orb/served_call.h"
 #include "orb/server.h"
 #include "orb/skeletons.h"
 #include "server/services/calls.h"
@@ -13,7 +14,7 @@ namespace velmo::services {
 // Hands every operation on to the model, which has their meaning and results. An
 // operation that fails gives empty names, texts and data. What goes out is set before
 // anything can fail: a broker may crash on what is not.
-class PointServant : public virtual POA_Velmo::DT_POINT_SVC::DT_Point_Factory,
+class PointServant : public orb::Served<POA_Velmo::DT_POINT_SVC::DT_Point_Factory>,
                      public virtual orb::ServantBase {
 public:
     // The model must outlive the servant.

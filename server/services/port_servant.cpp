@@ -83,7 +83,7 @@ CORBA::Long PortServant::receive_packet(CORBA::ULong port_handle, CORBA::ULongLo
         const vl_result result =
             ports.receive_packet(port_handle, from, packet, option, RemoteCaller());
         if (result == VL_OK)
-            fill(*data.ptr(), *packet);
+            fill(*data.ptr(), packet);
         return result;
     });
 }
@@ -128,7 +128,7 @@ CORBA::Long PortServant::receive_reply(CORBA::ULong port_handle,
         const vl_result result =
             ports.receive_reply(port_handle, reply, option, RemoteCaller());
         if (result == VL_OK)
-            fill(*data.ptr(), *reply);
+            fill(*data.ptr(), reply);
         return result;
     });
 }

@@ -2,6 +2,7 @@
 #ifndef VELMO_SERVER_SERVICES_PORT_SERVANT_H
 #define VELMO_SERVER_SERVICES_PORT_SERVANT_H
 
+#include "orb/served_call.h"
 #include "orb/server.h"
 #include "orb/skeletons.h"
 #include "server/services/calls.h"
@@ -14,7 +15,7 @@ namespace velmo::services {
 // Hands every operation on to the models, which have their meaning and results. A count
 // of events beyond what travels is the highest that does. Out sequences are set before
 // anything can fail: a broker may crash on one that is not.
-class PortServant : public virtual POA_Velmo::DT_PORT_SVC::Port_Factory,
+class PortServant : public orb::Served<POA_Velmo::DT_PORT_SVC::Port_Factory>,
                     public virtual orb::ServantBase {
 public:
     // The models must outlive the servant.

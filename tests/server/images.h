@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "server/model/images.h"
+#include "server/model/name_table.h"
 
 namespace velmo::model {
 
@@ -57,6 +58,11 @@ inline bool operator==(const EventImage& a, const EventImage& b)
            same(a.data, b.data);
 }
 
+inline bool operator==(const NameTable& a, const std::vector<std::string>& b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end());
+}
+
 inline bool operator==(const EventsImage& a, const EventsImage& b)
 {
     return std::tie(a.declarations, a.events) == std::tie(b.declarations, b.events);
@@ -74,10 +80,10 @@ inline model::Data bytes_of(const std::string& text)
 // Every byte there is, and then some: of this length, different for each variant.
 inline model::Data binary(std::size_t length, std::size_t variant = 0)
 {
-    model::Bytes bytes(length);
+    std::vector<std::uint8_t> bytes(length);
     for (std::size_t i = 0; i < length; ++i)
         bytes[i] = static_cast<std::uint8_t>((i + variant) * 2654435761u >> 13);
-    return std::make_shared<const model::Bytes>(std::move(bytes));
+    return std::make_shared<const model::Bytes>(bytes.begin(), bytes.end());
 }
 
 } // namespace velmo::tests

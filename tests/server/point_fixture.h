@@ -72,10 +72,10 @@ protected:
     // "NAME NAME ...", or the code in brackets.
     std::string of_type(const std::string& type) const
     {
-        Names names;
+        model::NameTable names;
         const vl_result result = points.names_of_type(type, names);
         std::string all;
-        for (const std::string& name : names)
+        for (const char* name : names)
             all.append(all.empty() ? "" : " ").append(name);
         return coded(result, all);
     }

@@ -27,7 +27,7 @@ protected:
     All all_infos() const
     {
         All all;
-        for (const std::string& name : points.names())
+        for (const char* name : points.names())
             all[name] = info(name);
         return all;
     }
@@ -116,7 +116,7 @@ TEST_F(PointMoments, ImagesMakeEqualPoints)
     create_many();
     const All before = all_infos();
     const std::vector<PointImage> saved = images();
-    for (const std::string& name : points.names())
+    for (const char* name : points.names())
         ASSERT_EQ(points.remove(name), VL_OK);
     create({"other"});
     ASSERT_EQ(restore(saved), VL_OK) << problem;

@@ -39,7 +39,8 @@ protected:
     void list_and_read()
     {
         while (writing) {
-            const Names names = points.names();
+            const model::NameTable table = points.names();
+            const Names names(table.begin(), table.end());
             ASSERT_TRUE(std::is_sorted(names.begin(), names.end()));
             ASSERT_GE(names.size(), standing);
             ASSERT_NE(get(pair(0, "a")), "[2001]");

@@ -77,7 +77,8 @@ TEST_F(SystemPoints, CannotBeWritten)
 TEST_F(SystemPoints, WithoutASourceThereAreNone)
 {
     const model::PointService bare(templates);
-    Names names{"before"};
+    model::NameTable names;
+    names.add("before");
     EXPECT_EQ(bare.names_of_type("$SYS", names), VL_OK);
     EXPECT_TRUE(names.empty());
 }

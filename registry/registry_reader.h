@@ -1,0 +1,57 @@
+// A hold of the registry's lock for reading.
+#ifndef VELMO_REGISTRY_REGISTRY_READER_H
+#define VELMO_REGISTRY_REGISTRY_READER_H
+
+#include <optional>
+
+#include "registry/fair_lock.h"
+#include "registry/vlServerReference.h"
+#include "vlReferenceContainer.h"
+
+// For what asks the registry more than one thing: a hold costs as much as an answer. The
+// thread that has one must not take another. Without a registry, or where its lock cannot
+// be had, there are no servers.
+class RegistryReader {
+public:
+    // Waits for writers.
+    explicit RegistryReader(vlReferenceContainer* its_registry) : registry(its_registry)
+    {
+        if (registry)
+            guard.emplace(registry->lock, turnstile);
+    }
+    RegistryReader(const RegistryReader&) = delete;
+    RegistryReader& operator=(const RegistryReader&) = delete;
+
+    // The first server at position "own", null when there is none: what
+    // vl_get_servername("own") gives first, without gathering all of them. Valid until the
+    // settings are read anew.
+    const char* own_server() const
+    {
+        return held() && registry->firstOwn ? registry->firstOwn->c_str() : nullptr;
+    }
+
+    // A server's entry, made if need be; in place as long as the hold lasts.
+    vlServerReference* entry(const char* server) const
+    {
+        if (!held())
+            return nullptr;
+        vlServerReference* const last = registry->lastFound.load(std::memory_order_acquire);
+        return last && last->is_of(server) ? last : find_or_create(server);
+    }
+
+    // Before the end of its life: nothing may be asked any more.
+    void let_go() { guard.reset(); }
+
+    // Of registries, which are one as a rule.
+    static inline Turnstile turnstile;
+
+private:
+    bool held() const { return guard && guard->locked(); }
+
+    vlServerReference* find_or_create(const char* server) const;
+
+    vlReferenceContainer* const registry;
+    std::optional<FairReadGuard<vlReferenceContainer>> guard;
+};
+
+#endif
