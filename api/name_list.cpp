@@ -16,11 +16,13 @@ void clear(NameList& list)
 
 namespace {
 
-// The caller's own from now on. Empty ones may be a broker's constant.
+// The caller's own from now on. A sequence may not own its names, and empty ones may be
+// a constant of the broker's.
 char* take(Velmo::NAME_SEQ& names, CORBA::ULong i)
 {
     const char* const name = names[i];
-    char* const taken = *name ? names[i]._retn() : CORBA::string_dup(name);
+    const bool can_be_taken = names.release() && *name;
+    char* const taken = can_be_taken ? names[i]._retn() : CORBA::string_dup(name);
     if (!taken) // how some brokers say that there is no memory
         throw std::bad_alloc();
     return taken;
