@@ -68,8 +68,10 @@ CHECKS = {"c": compiled, "cpp": compiled, "xml": settings, "json": parsed,
 
 
 def network_of_its_own(command):
-    """The commands of pages use the ports that are printed: nobody else may be there."""
-    unshare = ["unshare", "--net"] + (["--map-root-user"] if os.getuid() else [])
+    """The commands of pages use the ports that are printed: nobody else may be there. What
+    they leave running ends with them."""
+    unshare = ["unshare", "--net", "--pid", "--fork", "--kill-child"]
+    unshare += ["--map-root-user"] if os.getuid() else []
     inside = [*unshare, "sh", "-c", 'ip link set lo up && exec "$@"', "sh"]
     if not run([*inside, "true"]):
         return [*inside, *command]

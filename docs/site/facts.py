@@ -5,7 +5,7 @@ import sys
 import xml.etree.ElementTree as xml
 
 from blocks import BUILD
-from text import ROOT, tracked_files
+from text import ROOT, markdown_files, tracked_files
 
 HEADER = "include/velmo/vl_api.h"
 FIRST_FAILURE, LAST_FAILURE = 100, 169
@@ -114,6 +114,28 @@ def test_folders():
             yield f"CONTRIBUTING.md: tests/{folder} is missing"
 
 
+def roads():
+    """Every step of a road names a function and the file that it is in."""
+    page = "docs/architecture.md"
+    for _, function, file in rows(page, 3):
+        if not (function.startswith("`") and "/" in file):
+            continue
+        name, path = function.strip("`"), file.strip("`")
+        if not (ROOT / path).exists() or not re.search(rf"\b{name}\b", read(path)):
+            yield f"{page}: {path}: has no {name}"
+
+
+def paths():
+    """Files that pages name in passing exist."""
+    tracked = set(tracked_files())
+    tops = {name.split("/")[0] for name in tracked if "/" in name}
+    for page in markdown_files():
+        for path in re.findall(r"`([a-z]\w*/[\w./-]+\.(?:cpp|c|h|hpp|idl|md|xml|txt|json|map))`",
+                               read(page)):
+            if path.split("/")[0] in tops and path not in tracked:
+                yield f"{page}: {path}: there is no such file"
+
+
 def decisions():
     """Every decision is in the list of them."""
     page = read("docs/decisions/README.md")
@@ -125,6 +147,6 @@ def decisions():
 
 if __name__ == "__main__":
     wrong = [complaint for check in (result_codes, variables, attributes, options, scripts,
-                                     test_folders, decisions) for complaint in check()]
+                                     test_folders, roads, paths, decisions) for complaint in check()]
     print("\n".join(wrong) or "pages and code agree")
     sys.exit(1 if wrong else 0)

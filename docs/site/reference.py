@@ -101,7 +101,7 @@ def conventions(text):
             term, words = name, ""
         words += " " + said.strip()
     rows.append((term, words))
-    return "| | |\n|---|---|\n" + "\n".join(f"| **{t}** | {w.strip()} |" for t, w in rows)
+    return "| about | |\n|---|---|\n" + "\n".join(f"| **{t}** | {w.strip()} |" for t, w in rows)
 
 
 def functions_page(root, index):

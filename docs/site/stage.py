@@ -14,6 +14,9 @@ from text import ROOT, tracked_files
 LINK = re.compile(r"(!?\[[^\]]*\]\()([^)\s]+)(\))")
 LANGUAGES = {".c": "c", ".h": "cpp", ".cpp": "cpp", ".hpp": "cpp", ".idl": "omg-idl",
              ".xml": "xml", ".cmake": "cmake", ".py": "python", ".sh": "bash", ".json": "json"}
+# What has a page of its own is not shown as source.
+MADE = {"include/velmo/vl_api.h": "reference/functions.md",
+        "include/velmo/vl_util.h": "reference/utilities.md"}
 FENCE = re.compile(r"^ {0,3}(```+)")
 
 
@@ -74,6 +77,8 @@ class Stage:
         name = os.path.normpath(os.path.join(os.path.dirname(file), path))
         if name in self.place:
             goal = self.place[name]
+        elif name in MADE:
+            goal = MADE[name]
         elif name.startswith("docs/"):
             goal = name[len("docs/"):]
         elif name in self.files:

@@ -59,7 +59,7 @@ class Index:
                                        f"[{HEADER}:{line}]({self.page(HEADER, line)})"]),
                     ("Implementation", self.implementations(name)),
                     ("Tests", self.tests(name))]
-            out.append(f"## {name}\n\n| | |\n|---|---|\n")
+            out.append(f"## {name}\n\n| what | where |\n|---|---|\n")
             for head, places in rows:
                 if not places:
                     raise SystemExit(f"{name}: {head.lower()} not found")
