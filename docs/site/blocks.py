@@ -3,7 +3,7 @@
     c, cpp    is compiled; without an #include as a function's body. One with main() whose
               first line names its file ("/* hello.c */") is there for the page's commands.
     console   is carried out as printed, see scripts/check-tour
-    xml       is a settings file without a fault
+    xml       is a settings file without a fault, with which velmod starts
     json      is JSON
     text      is no code
 
@@ -49,10 +49,27 @@ def compiled(block):
 
 
 def settings(block):
-    with tempfile.NamedTemporaryFile("w", suffix=".xml") as file:
-        file.write(block.text)
-        file.flush()
-        return run([BUILD / "bin/velmo", "settings", "check", file.name])
+    with tempfile.TemporaryDirectory() as folder:
+        file = pathlib.Path(folder) / "velmo.xml"
+        file.write_text(block.text)
+        return run([BUILD / "bin/velmo", "settings", "check", file]) or started(file)
+
+
+def started(file):
+    """Whether velmod starts with a configuration; where it listens does not matter."""
+    command = [BUILD / "bin/velmod", "--config", file, "--listen", "127.0.0.1:0", "--no-unix",
+               "--metrics", "127.0.0.1:0", "--data-dir", file.parent / "data"]
+    shown = ""
+    with subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                          text=True) as velmod:
+        for line in velmod.stdout:
+            shown += line
+            if " ready, naming " in line:
+                shown = ""
+                break
+        velmod.terminate()
+        velmod.stdout.read()
+    return shown
 
 
 def parsed(block):
