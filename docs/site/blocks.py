@@ -89,7 +89,7 @@ def network_of_its_own(command):
     they leave running ends with them."""
     unshare = ["unshare", "--net", "--pid", "--fork", "--kill-child"]
     unshare += ["--map-root-user"] if os.getuid() else []
-    inside = [*unshare, "sh", "-c", 'ip link set lo up && exec "$@"', "sh"]
+    inside = [*unshare, "sh", "-c", 'PATH="$PATH:/sbin" ip link set lo up && exec "$@"', "sh"]
     if not run([*inside, "true"]):
         return [*inside, *command]
     with socket.socket() as probe:

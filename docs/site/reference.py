@@ -7,7 +7,9 @@ import xml.etree.ElementTree as xml
 
 from where import EXPORT, HEADER, Index
 
-UTILITIES = "include/velmo/vl_util.h"
+UTILITIES = "vl_util.h"
+CLASSES = ("vlReferenceContainer.h", "vlNaming_Client.h", "vlServerInfoXmlImpl.h",
+           "VelmoLang.h", "CQuilp.h")
 SECTION = re.compile(r"^/\* -+ (.+) \*/$", re.M)
 
 
@@ -135,14 +137,22 @@ def functions_page(root, index):
     return "".join(out)
 
 
-def utilities_page(root, index):
-    text = (root / UTILITIES).read_text()
-    return ("# C utilities\n\nFreeing strings and reading settings: "
-            f"[vl_util.h]({index.page(UTILITIES)}), whole.\n\n```c\n{text}```\n")
+def headers_page(root, title, said, names):
+    """Headers whose text is their own manual, whole."""
+    out = [f"# {title}\n\n{said}\n\n"]
+    for name in names:
+        language = "c" if name == UTILITIES else "cpp"
+        text = (root / "include/velmo" / name).read_text()
+        out.append(f"## {name}\n\n```{language}\n{text}```\n\n")
+    return "".join(out)
 
 
 def pages(root, files, source):
     index = Index(root, files, source)
     yield "reference/functions.md", functions_page(root, index)
-    yield "reference/utilities.md", utilities_page(root, index)
+    yield "reference/utilities.md", headers_page(
+        root, "C utilities", "Freeing strings and reading settings.", [UTILITIES])
+    yield "reference/classes.md", headers_page(
+        root, "C++ classes", "What the shared libraries give to C++ programs beside the C "
+        "functions. The first two need the headers of the broker.", CLASSES)
     yield "reference/where.md", index.render()
