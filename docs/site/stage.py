@@ -92,6 +92,8 @@ class Stage:
         text = (ROOT / file).read_text()
 
         def change(line):
+            if line.startswith("|"): # within code mkdocs needs no escape in a table
+                line = re.sub(r"`[^`]*`", lambda code: code[0].replace(r"\|", "|"), line)
             return LINK.sub(lambda m: m[1] + self.link(m[2], file, place) + m[3], line)
 
         self.write(place, outside_code(text, change))
