@@ -1,4 +1,5 @@
 """Compares what pages say in tables with the code, so that nothing is missing or outdated."""
+import html
 import re
 import subprocess
 import sys
@@ -115,14 +116,18 @@ def test_folders():
 
 
 def roads():
-    """Every step of a road names a function and the file that it is in."""
+    """Every step of a road names a function and the file that it is in, as do pictures."""
     page = "docs/architecture.md"
-    for _, function, file in rows(page, 3):
-        if not (function.startswith("`") and "/" in file):
-            continue
-        name, path = function.strip("`"), file.strip("`")
+    steps = [(page, function.strip("`"), file.strip("`")) for _, function, file in rows(page, 3)
+             if function.startswith("`") and "/" in file]
+    for picture in (ROOT / "docs/pictures").glob("*.svg"):
+        told = re.findall(r'class="code"[^>]*>(\S+)</text>\n\s*<text[^>]*>(\w+/[\w/.]+)<',
+                          picture.read_text())
+        steps += [(picture.name, function, file) for function, file in told]
+    for where, function, path in steps:
+        name = re.findall(r"\w+", html.unescape(function).split("<")[0])[-1] # without its class
         if not (ROOT / path).exists() or not re.search(rf"\b{name}\b", read(path)):
-            yield f"{page}: {path}: has no {name}"
+            yield f"{where}: {path}: has no {function}"
 
 
 def paths():
