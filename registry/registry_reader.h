@@ -17,7 +17,7 @@ public:
     explicit RegistryReader(vlReferenceContainer* its_registry) : registry(its_registry)
     {
         if (registry)
-            guard.emplace(registry->lock, turnstile);
+            hold.emplace(registry->lock, turnstile);
     }
     RegistryReader(const RegistryReader&) = delete;
     RegistryReader& operator=(const RegistryReader&) = delete;
@@ -40,18 +40,18 @@ public:
     }
 
     // Before the end of its life: nothing may be asked any more.
-    void let_go() { guard.reset(); }
+    void let_go() { hold.reset(); }
 
     // Of registries, which are one as a rule.
     static inline Turnstile turnstile;
 
 private:
-    bool held() const { return guard && guard->locked(); }
+    bool held() const { return hold && hold->locked(); }
 
     vlServerReference* find_or_create(const char* server) const;
 
     vlReferenceContainer* const registry;
-    std::optional<FairReadGuard<vlReferenceContainer>> guard;
+    std::optional<FairReadGuard<vlReferenceContainer>> hold;
 };
 
 #endif

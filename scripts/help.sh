@@ -1,0 +1,7 @@
+# Sourced by the scripts beside it: each tells with --help what the comment at its head says.
+case "${1-}" in
+-h | --help)
+    sed -n '2,/^[^#]/s/^# \{0,1\}//p' "$0"
+    exit
+    ;;
+esac
