@@ -92,6 +92,11 @@ CORBA::ORB_var listening_orb(const ServerOptions& options)
 
 } // namespace
 
+Abilities abilities()
+{
+    return {true, true, true};
+}
+
 CORBA::ORB_var make_server_orb(const ServerOptions& options)
 {
     tune_streams();
@@ -128,11 +133,6 @@ ServedConnection::ServedConnection() : socket(-1)
         socket = tcp->handle();
     else if (const auto* local = dynamic_cast<omni::unixConnection*>(served_connection))
         socket = local->handle();
-}
-
-bool ServedConnection::can_tell()
-{
-    return true;
 }
 
 bool ServedConnection::closed() const

@@ -6,6 +6,16 @@
 
 namespace velmo::orb {
 
+Abilities abilities()
+{
+#if defined(ACE_HAS_IPV6)
+    constexpr bool ipv6 = true;
+#else
+    constexpr bool ipv6 = false;
+#endif
+    return {false, ipv6, false};
+}
+
 CORBA::ORB_var make_server_orb(const ServerOptions& options)
 {
     // Each connection has a thread, so that a waiting receive holds up nobody else.
@@ -58,11 +68,6 @@ CORBA::Object_ptr activate_under_key(CORBA::ORB_ptr orb, const char* key,
 }
 
 ServedConnection::ServedConnection() : socket(-1) {}
-
-bool ServedConnection::can_tell()
-{
-    return false;
-}
 
 bool ServedConnection::closed() const
 {
