@@ -3,6 +3,7 @@
 #include <tao/IORTable/IORTable.h>
 
 #include "orb/arguments.h"
+#include "orb/options_tao.h"
 
 namespace velmo::orb {
 
@@ -19,11 +20,11 @@ Abilities abilities()
 CORBA::ORB_var make_server_orb(const ServerOptions& options)
 {
     // Each connection has a thread, so that a waiting receive holds up nobody else.
-    std::vector<std::string> arguments{
-        "-ORBSvcConfDirective",
-        "static Server_Strategy_Factory '-ORBConcurrency thread-per-connection'",
-        "-ORBSvcConfDirective",
-        "static Client_Strategy_Factory '-ORBTransportMuxStrategy EXCLUSIVE'"};
+    std::vector<std::string> arguments = connection_options();
+    arguments.insert(
+        arguments.end(),
+        {"-ORBSvcConfDirective",
+         "static Server_Strategy_Factory '-ORBConcurrency thread-per-connection'"});
     for (const Endpoint& endpoint : options.endpoints) {
         arguments.insert(arguments.end(),
                          {"-ORBListenEndpoints", "iiop://" + url_host(endpoint.host) + ":" +
