@@ -7,10 +7,15 @@
 
 namespace velmo::orb {
 
-// The options of an ORB whose calls in progress have a connection each: behind a waiting
-// receive no other call would get through. One whose call was given up is closed. Must
-// precede ORB_init().
-std::vector<std::string> connection_options();
+// Of an ORB whose calls in progress have a connection and a thread each, and so neither
+// wait for each other nor wake each other up: behind a waiting receive no other call would
+// get through. The connection of a call that was given up is closed.
+inline std::vector<std::string> connection_options()
+{
+    return {"-ORBSvcConfDirective",
+            "static Client_Strategy_Factory '-ORBTransportMuxStrategy EXCLUSIVE "
+            "-ORBWaitStrategy RW -ORBConnectStrategy Blocked'"};
+}
 
 } // namespace velmo::orb
 
