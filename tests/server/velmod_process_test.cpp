@@ -212,17 +212,6 @@ TEST_F(VelmodProcess, AFaultInTheConfigurationIsToldWithItsPlace)
     }
 }
 
-TEST_F(VelmodProcess, WhatAKilledServerLeftIsRemovedByTheNextOne)
-{
-    Velmod killed({}, environment());
-    killed.kill();
-    EXPECT_EQ(sockets(), 1u);
-    Velmod next({}, environment());
-    EXPECT_EQ(sockets(), 1u);
-    EXPECT_EQ(next.stop(), 0);
-    EXPECT_EQ(sockets(), 0u);
-}
-
 TEST_F(VelmodProcess, ItListensWhereItIsTold)
 {
     const std::uint16_t port = free_port();
@@ -302,6 +291,17 @@ TEST_F(VelmodUnixSocket, OfALiveServerIsNotTaken)
     EXPECT_TRUE(contains(second.err(), path)) << second.err();
     EXPECT_TRUE(fs::is_socket(path));
     EXPECT_TRUE(is_bound(first.naming_url(), keys::port_service));
+}
+
+TEST_F(VelmodUnixSocket, ThatAKilledServerLeftIsRemovedByTheNextOne)
+{
+    Velmod killed({}, environment());
+    killed.kill();
+    EXPECT_EQ(sockets(), 1u);
+    Velmod next({}, environment());
+    EXPECT_EQ(sockets(), 1u);
+    EXPECT_EQ(next.stop(), 0);
+    EXPECT_EQ(sockets(), 0u);
 }
 
 TEST_F(VelmodUnixSocket, IsNotThereAfterAFailedStart)
