@@ -7,15 +7,11 @@
 
 namespace velmo::orb {
 
-// Of an ORB whose calls in progress have a connection and a thread each, and so neither
-// wait for each other nor wake each other up: behind a waiting receive no other call would
-// get through. The connection of a call that was given up is closed.
-inline std::vector<std::string> connection_options()
-{
-    return {"-ORBSvcConfDirective",
-            "static Client_Strategy_Factory '-ORBTransportMuxStrategy EXCLUSIVE "
-            "-ORBWaitStrategy RW -ORBConnectStrategy Blocked'"};
-}
+// The options of an ORB whose calls in progress have a connection and a thread each, and
+// so neither wait for each other nor wake each other up: behind a waiting receive no other
+// call would get through. The connection of a call that was given up is closed. Must
+// precede ORB_init().
+std::vector<std::string> connection_options();
 
 } // namespace velmo::orb
 
