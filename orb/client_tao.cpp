@@ -6,6 +6,7 @@
 #include <tao/Policy_ManagerC.h>
 
 #include "orb/arguments.h"
+#include "orb/options_tao.h"
 
 namespace velmo::orb {
 
@@ -45,11 +46,7 @@ void limit_connecting(CORBA::ORB_ptr orb, Milliseconds timeout)
 
 CORBA::ORB_ptr join_or_make(Milliseconds connect_timeout)
 {
-    // One connection for each call in progress: behind a waiting receive no other
-    // call would get through.
-    Arguments arguments{
-        {"-ORBSvcConfDirective",
-         "static Client_Strategy_Factory '-ORBTransportMuxStrategy EXCLUSIVE'"}};
+    Arguments arguments{connection_options()};
     CORBA::ORB_var orb = CORBA::ORB_init(arguments.count, arguments.values());
     if (connect_timeout.count() > 0)
         limit_connecting(orb.in(), connect_timeout);

@@ -107,11 +107,6 @@ void lengthen_queue(const std::string& unix_socket)
 // The broker closes a socket only when no call of its connection is served any more.
 ServedConnection::ServedConnection() : socket(socket_of(served_connection)) {}
 
-bool ServedConnection::can_tell()
-{
-    return true;
-}
-
 bool ServedConnection::closed() const
 {
     // Requests that lie unread do not hide the end.

@@ -22,9 +22,17 @@ struct Endpoint {
 // A host as URLs have it: numeric IPv6 addresses in brackets.
 std::string url_host(const std::string& host);
 
+// What a server can do with one broker and not with another.
+struct Abilities {
+    bool unix_sockets;     // listen on them, beside TCP
+    bool ipv6;             // listen on addresses of IP version 6
+    bool sees_connections; // tell what becomes of them: see ServedConnection
+};
+Abilities abilities();
+
 struct ServerOptions {
     std::vector<Endpoint> endpoints;
-    std::string unix_socket; // path, empty for none; brokers without them ignore it
+    std::string unix_socket; // path, empty for none; see Abilities
     // Larger ones are refused before a servant sees them; brokers without such a limit
     // ignore it.
     unsigned long max_message = max_message_bytes;
@@ -60,12 +68,9 @@ class ServedConnection {
 public:
     ServedConnection();
 
-    // Whether the broker lets its connections be looked at. TAO does not.
-    static bool can_tell();
-
     // Whether the client has closed it, or died. One whose host is cut off is not told
     // from one that is silent. Costs a system call, does not block. Never true for a
-    // caller within this process, nor without can_tell().
+    // caller within this process, nor where the broker does not see connections.
     bool closed() const;
 
 private:

@@ -3,17 +3,28 @@
 #include <tao/IORTable/IORTable.h>
 
 #include "orb/arguments.h"
+#include "orb/options_tao.h"
 
 namespace velmo::orb {
+
+Abilities abilities()
+{
+#if defined(ACE_HAS_IPV6)
+    constexpr bool ipv6 = true;
+#else
+    constexpr bool ipv6 = false;
+#endif
+    return {false, ipv6, false};
+}
 
 CORBA::ORB_var make_server_orb(const ServerOptions& options)
 {
     // Each connection has a thread, so that a waiting receive holds up nobody else.
-    std::vector<std::string> arguments{
-        "-ORBSvcConfDirective",
-        "static Server_Strategy_Factory '-ORBConcurrency thread-per-connection'",
-        "-ORBSvcConfDirective",
-        "static Client_Strategy_Factory '-ORBTransportMuxStrategy EXCLUSIVE'"};
+    std::vector<std::string> arguments = connection_options();
+    arguments.insert(
+        arguments.end(),
+        {"-ORBSvcConfDirective",
+         "static Server_Strategy_Factory '-ORBConcurrency thread-per-connection'"});
     for (const Endpoint& endpoint : options.endpoints) {
         arguments.insert(arguments.end(),
                          {"-ORBListenEndpoints", "iiop://" + url_host(endpoint.host) + ":" +
@@ -58,11 +69,6 @@ CORBA::Object_ptr activate_under_key(CORBA::ORB_ptr orb, const char* key,
 }
 
 ServedConnection::ServedConnection() : socket(-1) {}
-
-bool ServedConnection::can_tell()
-{
-    return false;
-}
 
 bool ServedConnection::closed() const
 {

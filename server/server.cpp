@@ -37,11 +37,15 @@ recover(const Options& options, const services::Realms& realms, store::SnapshotS
     return nullptr;
 }
 
-// Empty for none. One that nobody asked for is not worth failing.
+// Empty for none. One that nobody asked for, or can have, is not worth failing.
 std::string choose_socket_path(const Options& options)
 {
     if (!options.use_unix_socket)
         return "";
+    if (!orb::abilities().unix_sockets) {
+        log_event("no-unix-socket", {{"reason", "the object request broker has none"}});
+        return "";
+    }
     if (!options.unix_socket.empty()) {
         check_socket_path(options.unix_socket);
         return options.unix_socket;

@@ -6,13 +6,20 @@
 namespace {
 
 thread_local bool starving = false;
+thread_local std::size_t refused_size = 0;
+
+bool is_refused(std::size_t size)
+{
+    return starving && (refused_size == 0 || refused_size == size);
+}
 
 } // namespace
 
 namespace velmo::tests {
 
-NoMemory::NoMemory()
+NoMemory::NoMemory(std::size_t size)
 {
+    refused_size = size;
     starving = true;
 }
 
@@ -25,7 +32,7 @@ NoMemory::~NoMemory()
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {
-    return starving ? nullptr : std::malloc(size > 0 ? size : 1);
+    return is_refused(size) ? nullptr : std::malloc(size > 0 ? size : 1);
 }
 
 void* operator new(std::size_t size)

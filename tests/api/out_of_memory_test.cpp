@@ -14,9 +14,9 @@ namespace velmo::tests {
 namespace {
 
 template <class Call>
-auto starved(Call call)
+auto starved(Call call, std::size_t size = 0)
 {
-    const NoMemory here;
+    const NoMemory here(size);
     return call();
 }
 
@@ -57,6 +57,14 @@ TEST(OutOfMemoryTest, without_a_table_of_codes_every_text_is_the_fallback)
 
 class NoManagerTest : public ServerTest {
 protected:
+    // Remote calls have the memory that they need.
+    template <class Call>
+    static auto without_manager(Call call)
+    {
+        return starved(
+            call, sizeof(ACE_Singleton<Velmo_API_Manager, ACE_Recursive_Thread_Mutex>));
+    }
+
     void SetUp() override
     {
         if (exists<Velmo_API_Manager>())
@@ -81,14 +89,15 @@ TEST_F(NoManagerTest, every_other_operation_works)
         if (operation.name == std::string("vl_connect_port"))
             continue;
         home->answer(operation.remote, full_reply());
-        EXPECT_EQ(starved([&] { return operation.call(nullptr, nullptr); }), 0);
+        EXPECT_EQ(without_manager([&] { return operation.call(nullptr, nullptr); }), 0);
         home->answer(operation.remote, full_reply(2007));
-        EXPECT_EQ(starved([&] { return operation.call(nullptr, nullptr); }),
+        EXPECT_EQ(without_manager([&] { return operation.call(nullptr, nullptr); }),
                   operation.hands_on ? 2007 : 0);
     }
     naming.set_reachable({"home"});
-    EXPECT_EQ(starved([] { return vl_mid_connect(nullptr); }), 0);
-    EXPECT_EQ(starved([] { return vl_load_dt_snapshot(nullptr, nullptr); }), 0);
+    EXPECT_EQ(without_manager([] { return vl_mid_connect(nullptr); }), 0);
+    EXPECT_EQ(without_manager([] { return vl_mid_disconnect(); }), 2) << "it is missing";
+    EXPECT_EQ(without_manager([] { return vl_load_dt_snapshot(nullptr, nullptr); }), 0);
 }
 
 TEST_F(NoManagerTest, the_manager_is_made_as_soon_as_there_is_memory)

@@ -73,7 +73,7 @@ TEST_F(OverTheWireTest, a_brokers_exception_arrives_with_all_that_it_says)
 TEST_F(OverTheWireTest, what_a_servant_raises_of_its_own_arrives_as_unknown)
 {
     const Script::Answer raising[] = {
-        Script::raising(PortableServer::POA::ObjectNotActive()),
+        Script::raising(CosNaming::NamingContext::AlreadyBound()),
         Script::raising(std::runtime_error("the servant's own"))};
     for_each_operation([&] {
         for (const Script::Answer& own : raising) {

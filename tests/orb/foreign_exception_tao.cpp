@@ -75,4 +75,9 @@ ForeignException::~ForeignException()
     set_victim("");
 }
 
+bool undeclared_exceptions_pass()
+{
+    return false;
+}
+
 } // namespace velmo::tests

@@ -32,7 +32,7 @@ protected:
 
     void SetUp() override
     {
-        if (!orb::ServedConnection::can_tell())
+        if (!orb::abilities().sees_connections)
             GTEST_SKIP() << "this broker does not tell when a client has gone";
         ASSERT_EQ(ports->create_port("p1", 1, 1), VL_OK);
         ASSERT_EQ(ports->create_port("p2", 2, 1), VL_OK);

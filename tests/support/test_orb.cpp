@@ -1,6 +1,7 @@
 #include "tests/support/test_orb.h"
 
 #include <memory>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -8,20 +9,37 @@ namespace velmo::tests {
 
 namespace {
 
+// With a thread that runs it: some brokers accept no connection otherwise.
 class TestOrb : public ::testing::Environment {
 public:
-    static CORBA::ORB_var& orb()
+    static CORBA::ORB_ptr orb()
     {
-        static CORBA::ORB_var only;
-        return only;
+        if (CORBA::is_nil(only.in())) {
+            only = orb::make_server_orb({{{"127.0.0.1", 0}}, ""});
+            runner = std::thread([] {
+                try {
+                    only->run();
+                } catch (const CORBA::BAD_INV_ORDER&) {
+                    // The tests ended before it began.
+                }
+            });
+        }
+        return only.in();
     }
 
     void TearDown() override
     {
-        if (!CORBA::is_nil(orb().in()))
-            orb()->destroy();
-        orb() = CORBA::ORB::_nil();
+        if (CORBA::is_nil(only.in()))
+            return;
+        only->shutdown(true);
+        runner.join();
+        only->destroy();
+        only = CORBA::ORB::_nil();
     }
+
+private:
+    static inline CORBA::ORB_var only;
+    static inline std::thread runner;
 };
 
 const ::testing::Environment* const registered =
@@ -32,9 +50,7 @@ const ::testing::Environment* const registered =
 CORBA::ORB_ptr test_orb()
 {
     static_cast<void>(registered);
-    if (CORBA::is_nil(TestOrb::orb().in()))
-        TestOrb::orb() = orb::make_server_orb({{{"127.0.0.1", 0}}, ""});
-    return TestOrb::orb().in();
+    return TestOrb::orb();
 }
 
 CORBA::Object_var dead_reference()

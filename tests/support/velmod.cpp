@@ -11,8 +11,10 @@ std::string velmod_path()
     return VELMOD_PATH;
 }
 
-Velmod::Velmod(std::vector<std::string> given_arguments, Process::Environment additions)
-    : arguments(std::move(given_arguments)), environment(std::move(additions))
+Velmod::Velmod(std::vector<std::string> given_arguments, Process::Environment additions,
+               std::string other_program)
+    : program(other_program.empty() ? velmod_path() : std::move(other_program)),
+      arguments(std::move(given_arguments)), environment(std::move(additions))
 {
     environment.emplace("XDG_RUNTIME_DIR", runtime_folder.path().string());
     if (std::find(arguments.begin(), arguments.end(), "--listen") == arguments.end())
@@ -22,8 +24,7 @@ Velmod::Velmod(std::vector<std::string> given_arguments, Process::Environment ad
 
 void Velmod::start()
 {
-    Process::Command command{velmod_path(), "--ready-fd",
-                             std::to_string(Process::ready_fd)};
+    Process::Command command{program, "--ready-fd", std::to_string(Process::ready_fd)};
     command.insert(command.end(), arguments.begin(), arguments.end());
     running.emplace(command, environment);
     const std::optional<std::string> line = running->wait_ready();

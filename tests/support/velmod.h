@@ -17,8 +17,9 @@ class Velmod {
 public:
     // Throws std::runtime_error, with what it wrote, when velmod does not come up.
     // arguments: more options; "--listen" among them replaces the free port.
+    // program: that of another build.
     explicit Velmod(std::vector<std::string> arguments = {},
-                    Process::Environment environment = {});
+                    Process::Environment environment = {}, std::string program = "");
 
     // Its naming service: what a settings file gives as naming="...".
     const std::string& naming_url() const { return url; }
@@ -41,6 +42,7 @@ public:
 private:
     void start();
 
+    const std::string program;
     std::vector<std::string> arguments;
     Process::Environment environment;
     TemporaryFolder runtime_folder;

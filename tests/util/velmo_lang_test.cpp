@@ -71,9 +71,13 @@ TEST(VelmoLang, WithoutItsTextsGivesKeysAndReportsItOnce)
 {
     const TemporaryFolder folder;
     const fs::path library = VELMO_UTIL_LIBRARY;
-    fs::copy_file(library, folder.path() / VELMO_UTIL_SONAME);
+    const fs::path moved = folder.path() / VELMO_UTIL_SONAME;
+    fs::copy_file(library, moved);
+    // The helper's own search path may come before LD_LIBRARY_PATH.
     Process process({VELMO_LANG_HELPER, "VL_OK", "VL_FAIL"},
-                    locale({{"VELMO_LANG", "de"}, {"LD_LIBRARY_PATH", folder.path()}}));
+                    locale({{"VELMO_LANG", "de"},
+                            {"LD_PRELOAD", moved},
+                            {"ASAN_OPTIONS", "verify_asan_link_order=0"}}));
     EXPECT_EQ(process.wait(), 0);
     EXPECT_EQ(process.out(), "VL_OK\nVL_FAIL\n");
     const std::string log = process.err();
