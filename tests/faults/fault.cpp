@@ -7,6 +7,8 @@
 #include <map>
 #include <memory>
 
+#include "tests/support/intended_leak.h"
+
 namespace velmo::tests {
 
 namespace {
@@ -22,8 +24,14 @@ public:
     std::string text() const { return file->text(); }
 
 private:
+    static std::unique_ptr<LogFile> make()
+    {
+        const IntendedLeak of_children;
+        return std::make_unique<LogFile>();
+    }
+
     const pid_t process = getpid();
-    std::unique_ptr<LogFile> file = std::make_unique<LogFile>();
+    std::unique_ptr<LogFile> file = make();
 };
 
 const OwnLogFile log_file;

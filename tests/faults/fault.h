@@ -60,6 +60,14 @@ inline int wait_for_packet(unsigned int port, Milliseconds wait)
     return code;
 }
 
+// Sanitizers need descriptors of their own and address space without end, do not survive
+// the end of a cancelled thread, and take their time when a process exits.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool sanitized = true;
+#else
+constexpr bool sanitized = false;
+#endif
+
 // Whether the long forms are wanted (VELMO_FAULTS_LONG): every n, many kills.
 bool long_form();
 

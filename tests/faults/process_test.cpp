@@ -72,7 +72,7 @@ TEST_F(AForkedChild, GetsTheCodesOfAServerThatIsNotReached)
 TEST_F(AForkedChild, ExitsAndItsParentKeepsItsConnections)
 {
     ASSERT_TRUE(port_is_there());
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < (sanitized ? 3 : 20); ++i) {
         EXPECT_EQ(exit_status_of([] { std::exit(create_port("q", 8) == 99 ? 0 : 1); }), 0);
         EXPECT_EQ(set_point("p", "v"), VARIABLE_IS_NOT_EXIST);
         EXPECT_EQ(create_port("p", 7), OBJECT_ALREADY_EXSIT);
@@ -96,9 +96,15 @@ TEST_F(AForkedChild, MadeInTheMiddleOfCallsNeitherHangsNorDisturbsThem)
                 vl_mid_is_connect("S");
             }
         });
-    const int children = long_form() ? 1000 : 50;
+    const int children = sanitized ? 3 : long_form() ? 1000 : 50;
     for (int i = 0; i < children; ++i)
-        EXPECT_EQ(exit_status_of([] { std::exit(create_port("q", 8)); }), VL_NO_REFERENCE);
+        EXPECT_EQ(exit_status_of([] {
+                      const int code = create_port("q", 8);
+                      if (sanitized) // what other threads held looks like lost
+                          _exit(code);
+                      std::exit(code);
+                  }),
+                  VL_NO_REFERENCE);
     stop = true;
     for (std::thread& caller : callers)
         caller.join();
@@ -114,6 +120,8 @@ TEST_F(AForkedChild, OfAProcessThatHasNotUsedTheLibraryUsesIt)
 
 TEST(ACancelledThread, FinishesItsCallFirst)
 {
+    if (sanitized)
+        GTEST_SKIP() << "a sanitizer does not survive the end of a cancelled thread";
     Velmod velmod({"--server", "S", "--no-unix"});
     FaultSettings settings(velmod.naming_url());
     Fault fault("pthread_cancel() of a thread that waits in a call");
@@ -148,6 +156,8 @@ TEST(ACancelledThread, FinishesItsCallFirst)
 
 TEST(ACancelledThread, WithItsFirstCallStillToComeMakesTheLibraryWork)
 {
+    if (sanitized)
+        GTEST_SKIP() << "a sanitizer does not survive the end of a cancelled thread";
     Velmod velmod({"--server", "S", "--no-unix"});
     FaultSettings settings(velmod.naming_url());
     std::atomic<int> code{-1};
