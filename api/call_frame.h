@@ -7,6 +7,7 @@
 #include "api/bad_argument.h"
 #include "api/choose_server.h"
 #include "orb/client.h"
+#include "registry/registry_use.h"
 #include "util/fork.h"
 #include "vlReferenceContainer.h"
 #include "vl_result.h"
@@ -66,11 +67,42 @@ template <class Service, class Result>
 void settle_reference(const FailureRule<Result>& rule, vlReferenceContainer& registry,
                       const char* server, const char* releam)
 {
+    const RegistryUse use;
+    if (!use.allowed())
+        return;
     if (!rule.keeps_reference)
         Service::release(registry, server, releam);
     else // It is asked for once more; the duplicate stays with nobody, on purpose.
         static_cast<void>(Service::get(RegistryReader(&registry), server, releam));
 }
+
+// A reference of its own for a call, if there is one. When the process ends meanwhile it is
+// left alone, since the broker may be gone: a holder of the broker's would look at it.
+template <class Interface>
+class Borrowed {
+public:
+    explicit Borrowed(typename Interface::_ptr_type its_reference)
+        : reference(its_reference), there(!CORBA::is_nil(its_reference))
+    {
+    }
+    ~Borrowed()
+    {
+        if (!there)
+            return;
+        const RegistryUse use;
+        if (use.allowed())
+            CORBA::release(reference);
+    }
+    Borrowed(const Borrowed&) = delete;
+    Borrowed& operator=(const Borrowed&) = delete;
+
+    bool is_there() const { return there; }
+    auto& operator*() const { return *reference; }
+
+private:
+    typename Interface::_ptr_type const reference;
+    const bool there;
+};
 
 // Runs an operation on a service of a server (see services.h):
 //   prepare()                 makes what goes to the server; runs once the server is
@@ -92,12 +124,13 @@ Result call(const FailureRule<Result>& rule, const char* server_name, const char
     if (!server && rule.needs_server)
         return rule.no_server;
     const auto prepared = prepare();
-    typename Service::Interface::_var_type service = Service::get(reader, server, releam);
+    const Borrowed<typename Service::Interface> service(
+        Service::get(reader, server, releam));
     reader.let_go(); // the call may take its time
-    if (CORBA::is_nil(service.in()))
+    if (!service.is_there())
         return rule.no_reference;
     try {
-        return work(*service.in(), prepared);
+        return work(*service, prepared);
     } catch (const BadArgument&) {
         return rule.other_failure;
     } catch (const CORBA::Exception& exception) {

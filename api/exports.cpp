@@ -8,6 +8,7 @@
 #include "api/ErrorC.h"
 #include "api/Velmo_API_Manager.h"
 #include "api/entry.h"
+#include "registry/registry_use.h"
 #include "vlReferenceContainer.h"
 
 namespace {
@@ -57,7 +58,8 @@ ServerRecord vl_get_servername(const char* position)
     if (velmo::util::Fork::is_cut_off())
         return record;
     vlReferenceContainer* registry = vlReferenceContainer::instance();
-    if (!registry)
+    const RegistryUse use;
+    if (!registry || !use.allowed())
         return record;
     for (const auto* name : registry->InquireServerNameWithPosition(position)) {
         if (record.count == VL_SERVER_RECORD_NAMES)

@@ -70,6 +70,7 @@ struct List {
                           "mend them and see: velmo settings check");
         const std::vector<vl_settings_server> all = servers.all();
         std::vector<std::future<Answer>> answers; // all at once: each may take its time
+        answers.reserve(all.size());
         for (const vl_settings_server& server : all)
             answers.push_back(std::async(std::launch::async, ask, server.name));
 

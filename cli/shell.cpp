@@ -71,6 +71,7 @@ private:
     // Each command is a process of its own, so that Ctrl-C ends it and nothing else.
     void talk(Session& session) const
     {
+        // NOLINTBEGIN(concurrency-mt-unsafe): no other thread yet
         std::setlocale(LC_CTYPE, ""); // the letters that are typed
         session.out.message("velmo " VELMO_VERSION
                             "; type help for the commands, exit or Ctrl-D to leave");
@@ -78,6 +79,7 @@ private:
         for (const char* time : {"NAMING", "CONNECT", "CALL"})
             setenv((std::string("VELMO_") + time + "_TIMEOUT_MS").c_str(),
                    completion_timeout_ms, 1);
+        // NOLINTEND(concurrency-mt-unsafe)
         LineEditor editor(prompt(session), history_file(),
                           [&](const Words& words) { return completions(session, words); });
         while (const auto line = next(editor))

@@ -8,6 +8,7 @@
 #include <ace/Recursive_Thread_Mutex.h>
 #include <ace/Singleton.h>
 
+#include "registry/registry_use.h"
 #include "util/fork.h"
 
 // ACE_Singleton<T>::instance() looks at its pointer unlocked before it takes its
@@ -40,6 +41,9 @@ private:
     [[gnu::noinline]] static T* make()
     {
         if (velmo::util::Fork::is_cut_off())
+            return nullptr;
+        const RegistryUse use;
+        if (!use.allowed())
             return nullptr;
         std::lock_guard<std::mutex> guard(mutex);
         T* made = ACE_Singleton<T, ACE_Recursive_Thread_Mutex>::instance();

@@ -5,18 +5,19 @@
 #include <optional>
 
 #include "registry/fair_lock.h"
+#include "registry/registry_use.h"
 #include "registry/vlServerReference.h"
 #include "vlReferenceContainer.h"
 
 // For what asks the registry more than one thing: a hold costs as much as an answer. The
-// thread that has one must not take another. Without a registry, or where its lock cannot
-// be had, there are no servers.
+// thread that has one must not take another. Without a registry, where its lock cannot
+// be had, or when the process ends, there are no servers.
 class RegistryReader {
 public:
     // Waits for writers.
     explicit RegistryReader(vlReferenceContainer* its_registry) : registry(its_registry)
     {
-        if (registry)
+        if (registry && use.allowed())
             hold.emplace(registry->lock, turnstile);
     }
     RegistryReader(const RegistryReader&) = delete;
@@ -40,7 +41,11 @@ public:
     }
 
     // Before the end of its life: nothing may be asked any more.
-    void let_go() { hold.reset(); }
+    void let_go()
+    {
+        hold.reset();
+        use.leave();
+    }
 
     // Of registries, which are one as a rule.
     static inline Turnstile turnstile;
@@ -51,6 +56,7 @@ private:
     vlServerReference* find_or_create(const char* server) const;
 
     vlReferenceContainer* const registry;
+    RegistryUse use;
     std::optional<FairReadGuard<vlReferenceContainer>> hold;
 };
 

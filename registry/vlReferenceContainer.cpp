@@ -1,5 +1,6 @@
 #include "vlReferenceContainer.h"
 
+#include <atomic>
 #include <cstdlib>
 
 #include "idl/nil_references.h"
@@ -8,6 +9,7 @@
 #include "registry/host_name.h"
 #include "registry/process_singleton.h"
 #include "registry/registry_reader.h"
+#include "registry/registry_use.h"
 #include "util/fork.h"
 #include "vlServerInfoXmlImpl.h"
 
@@ -90,10 +92,6 @@ auto get_reference(vlReferenceContainer& registry, const char* server, Get get)
 template <class Guard, class Release>
 void release_reference(vlReferenceContainer& registry, const char* server, Release release)
 {
-    // A call that fails while the process ends may find the registry destroyed; what there
-    // was to release has been released before that.
-    if (!vlServerReference::caches())
-        return;
     Guard guard(registry.lock);
     if (!guard.locked())
         return;
@@ -101,10 +99,14 @@ void release_reference(vlReferenceContainer& registry, const char* server, Relea
         release(*entry);
 }
 
+// What a child of fork() does not release; known to leak checkers by this.
+std::atomic<decltype(vlReferenceContainer::serverMap)*> kept_references{nullptr};
+
 void drop_references()
 {
     if (velmo::util::Fork::is_cut_off())
         return;
+    RegistryUse::end();
     vlServerReference::stop_caching();
     vlReferenceContainer* registry = ProcessSingleton<vlReferenceContainer>::existing();
     if (!registry)
@@ -144,9 +146,9 @@ vlReferenceContainer::vlReferenceContainer() : lock(USYNC_THREAD)
 vlReferenceContainer::~vlReferenceContainer()
 {
     ProcessSingleton<vlReferenceContainer>::forget(this);
-    if (velmo::util::Fork::is_cut_off()) // the references stay, with the process's memory
-        for (auto& entry : serverMap)
-            static_cast<void>(entry.second.release());
+    if (velmo::util::Fork::is_cut_off())
+        kept_references =
+            std::make_unique<decltype(serverMap)>(std::move(serverMap)).release();
     positionMap.clear();
     serverMap.clear();
 }

@@ -42,11 +42,6 @@ void vlServerReference::stop_caching()
     caching_stopped = true;
 }
 
-bool vlServerReference::caches()
-{
-    return !caching_stopped;
-}
-
 // A new reference from the naming service, null when it has none of this type.
 template <class Interface>
 typename Interface::_ptr_type vlServerReference::look_up(const std::string& name) const
@@ -68,7 +63,7 @@ vlServerReference::keep(Cache<Interface>& cache, std::string_view realm,
                         typename Interface::_ptr_type reference)
 {
     typename Interface::_var_type owned = reference;
-    if (caches())
+    if (!caching_stopped)
         cache.emplace(realm, owned); // copying a holder duplicates
     return owned._retn();
 }

@@ -41,7 +41,6 @@ public:
 
     // From now on no server caches a reference any more: the process is ending.
     static void stop_caching();
-    static bool caches();
 
     // References by realm, each map owning its references.
     template <class Interface>

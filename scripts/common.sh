@@ -57,8 +57,3 @@ build() {
     configure "$preset"
     quietly cmake --build --preset "$preset" ${*:+--target "$@"}
 }
-
-# show_help SCRIPT: shows the comment that the script begins with.
-show_help() {
-    sed -n '2,/^[^#]/{s/^# \?//p}' "$1"
-}

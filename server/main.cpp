@@ -71,8 +71,8 @@ int run(const Options& options, const server::Arguments& arguments, const sigset
     int signal = 0;
     while (sigwait(&signals, &signal) != 0 || signal == SIGHUP)
         reload(velmod, arguments);
-    server::log_event("stopping",
-                      {{"server", options.server}, {"signal", strsignal(signal)}});
+    server::log_event( // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody else asks for one
+        "stopping", {{"server", options.server}, {"signal", strsignal(signal)}});
     server::notify_stopping();
     if (!velmod.stop()) {
         server::log_event("abandoned", {{"reason", "a client does not take its answer"}});

@@ -7,7 +7,7 @@ namespace velmo::journal {
 namespace {
 
 constexpr std::string_view folder = "$SYS/";
-const std::string journal = "journal";
+constexpr const char* journal = "journal";
 
 constexpr model::SystemProperty<Status> properties[] = {
     {"state",

@@ -30,7 +30,7 @@ inline std::optional<int> number_of(const store::SnapshotStore::Points& points)
     const model::Data& value = points.front().value;
     const int number = std::stoi(std::string(value->begin(), value->end()));
     for (const model::PointImage& point : points)
-        if (*point.value != *value)
+        if (!(*point.value == *value))
             return std::nullopt;
     return points.size() == count_of_points(number) ? std::optional<int>(number)
                                                     : std::nullopt;
