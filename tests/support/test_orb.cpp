@@ -27,7 +27,10 @@ public:
         return only.in();
     }
 
-    void TearDown() override
+    void TearDown() override { end(); }
+
+private:
+    static void end()
     {
         if (CORBA::is_nil(only.in()))
             return;
@@ -37,9 +40,14 @@ public:
         only = CORBA::ORB::_nil();
     }
 
-private:
+    // For programs that have no environments.
+    struct End {
+        ~End() { end(); }
+    };
+
     static inline CORBA::ORB_var only;
     static inline std::thread runner;
+    static inline const End at_exit{};
 };
 
 const ::testing::Environment* const registered =
