@@ -42,7 +42,8 @@ limit_connections(omni::omniInterceptors::clientOpenConnection_T::info_T& opened
 }
 
 // By default omniORB waits and tries again when the server fails that a call was forwarded
-// to, whether that server has carried it out or not.
+// to, whether that server has carried it out or not. For all references of the process:
+// what the broker keeps for a single one it keeps for ever.
 CORBA::Boolean never_again(void*, CORBA::ULong, const CORBA::TRANSIENT&)
 {
     return false;
@@ -56,12 +57,6 @@ void intercept(omni::omniInterceptors::clientOpenConnection_T::interceptFunc fun
     opening.add(function);
 }
 
-void limit(CORBA::Object_ptr object, Milliseconds timeout)
-{
-    omniORB::setClientCallTimeout(object, clamp(timeout));
-    omniORB::installTransientExceptionHandler(object, nullptr, never_again);
-}
-
 } // namespace
 
 CORBA::ORB_ptr join_or_make(Milliseconds connect_timeout)
@@ -72,6 +67,7 @@ CORBA::ORB_ptr join_or_make(Milliseconds connect_timeout)
                          "-ORBmaxGIOPConnectionPerServer", connections_per_server}};
     CORBA::ORB_var orb = CORBA::ORB_init(arguments.count, arguments.values());
     omniORB::setClientConnectTimeout(clamp(connect_timeout));
+    omniORB::installTransientExceptionHandler(nullptr, never_again);
     intercept(limit_connections);
     time_connections();
     return orb._retn();
@@ -84,13 +80,13 @@ CORBA::Object_ptr with_call_timeout(CORBA::ORB_ptr orb, CORBA::Object_ptr object
     // set for everybody.
     CORBA::String_var ior = orb->object_to_string(object);
     CORBA::Object_var copy = orb->string_to_object(ior.in());
-    limit(copy.in(), timeout);
+    omniORB::setClientCallTimeout(copy.in(), clamp(timeout));
     return copy._retn();
 }
 
 void reapply_call_timeout(CORBA::Object_ptr fresh, Milliseconds timeout)
 {
-    limit(fresh, timeout);
+    omniORB::setClientCallTimeout(fresh, clamp(timeout));
 }
 
 } // namespace velmo::orb

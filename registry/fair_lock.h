@@ -86,7 +86,8 @@ public:
     bool locked() const { return is_locked; }
 
 private:
-    static inline thread_local int held = 0; // by this thread
+    // By this thread. Every call looks at it: where the loader has put it once for all.
+    [[gnu::tls_model("initial-exec")]] static inline thread_local int held = 0;
 
     ACE_RW_Mutex& lock;
     bool is_locked;

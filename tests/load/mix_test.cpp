@@ -30,15 +30,15 @@ constexpr unsigned int calls_in_a_round = 27;
 constexpr unsigned int rounds_in_a_phase =
     3600 / (sanitized ? 10 : 1) / calls_in_a_round / phases;
 
-// Arenas come and go by less. What is lost in every round shows far above: a hundred bytes
-// of each are more even in the short form.
-constexpr long long memory_noise_kib = 1024;
+// Arenas come and go by less, and velmod keeps of what it has freed. What is lost in every
+// round shows above: half a kilobyte of each is more even in the short form.
+constexpr long long memory_noise_kib = 4096;
 
 // Names are resolved over connections of their own. How many of each there are depends on
 // how many clients happened to call at one moment.
 constexpr std::size_t most_connections = 2 * clients_together;
 constexpr std::size_t most_threads = most_connections + clients_together;
-constexpr long long kib_of_a_connection = 40; // of either side
+constexpr long long kib_of_a_connection = 160; // of either side, two buffers included
 constexpr std::size_t count_noise = 8;
 
 // What a phase waits for.
