@@ -105,7 +105,7 @@ void check_list(CORBA::ULong how_many, CORBA::ULong portion)
 } // namespace
 
 // omniORB 4.2.5 loses some bytes of a reference that it refuses.
-extern "C" const char* __lsan_default_suppressions()
+extern "C" [[gnu::visibility("default")]] const char* __lsan_default_suppressions()
 {
     return "leak:omniObjRef::_unMarshal\nleak:omni::corbalocURIHandler\n";
 }

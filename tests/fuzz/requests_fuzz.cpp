@@ -70,7 +70,7 @@ World& world()
 
 // omniORB 4.2.5 loses what it keeps of a request when something malformed comes behind it
 // on its connection, and the text of a malformed question for a type.
-extern "C" const char* __lsan_default_suppressions()
+extern "C" [[gnu::visibility("default")]] const char* __lsan_default_suppressions()
 {
     return "leak:omni::giopStrand::acquireServer\nleak:cdrStream::unmarshalRawString\n";
 }
