@@ -94,10 +94,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
 
 // Most messages have the size that they say, so that the broker reads what is in them.
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* bytes, std::size_t size,
-                                               std::size_t max_size, unsigned int seed)
+                                               std::size_t max_size, unsigned int chance)
 {
     size = LLVMFuzzerMutate(bytes, size, max_size);
-    if (seed % 8 == 0)
+    if (chance % 8 == 0)
         return size;
     std::string message(reinterpret_cast<const char*>(bytes), size);
     giop::correct_body_sizes(message);

@@ -149,7 +149,7 @@ TEST_F(Recovery, TheMasterStaysAndHasAHigherEpoch)
 // Random operations, most of which succeed, on few names; with restarts in between.
 class RandomChanges {
 public:
-    explicit RandomChanges(unsigned seed) : random(seed) {}
+    explicit RandomChanges(unsigned start) : random(start) {}
 
     void step(model::Realm& realm)
     {
