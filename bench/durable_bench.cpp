@@ -1,8 +1,6 @@
 // Sets a second that are on the disk when they are acknowledged, of 8 clients.
-#include <atomic>
 #include <cstdio>
 #include <map>
-#include <thread>
 
 #include "bench/contenders/contender.h"
 #include "bench/measure.h"
@@ -20,22 +18,10 @@ using Clients = std::vector<std::unique_ptr<Client>>;
 
 double sets_a_second(Clients& clients)
 {
-    std::atomic<bool> going{true};
-    std::atomic<long> sets{0};
-    std::vector<std::thread> threads;
-    const auto start = std::chrono::steady_clock::now();
-    for (auto& client : clients)
-        threads.emplace_back([&] {
-            const Bytes value(value_bytes, 'x');
-            for (; going; ++sets)
-                client->set(value);
-        });
-    std::this_thread::sleep_for(window);
-    going = false;
-    for (std::thread& thread : threads)
-        thread.join();
-    const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start;
-    return static_cast<double>(sets) / spent.count();
+    return calls_a_second(clients.size(), window, [&clients](std::size_t i) {
+        return
+            [&client = *clients[i], value = Bytes(value_bytes, 'x')] { client.set(value); };
+    });
 }
 
 Clients connect(Contender& contender)

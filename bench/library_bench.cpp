@@ -1,11 +1,9 @@
 // What the library adds to a remote call: beside the same call on the bare stub, with few
 // and with many servers known, on one thread and on several; and what else it does.
 
-#include <atomic>
 #include <cstdlib>
 #include <iostream>
 #include <optional>
-#include <thread>
 
 #include "bench/measure.h"
 #include "bench/points_of_a_server.h"
@@ -83,41 +81,21 @@ void many_servers(const Transport& transport)
                   64, points.in(), 1.05);
 }
 
-// Of so many threads together.
-template <class Call>
-double calls_a_second(int threads, Call call)
-{
-    constexpr std::chrono::milliseconds window{100};
-    std::atomic<bool> going{true};
-    std::atomic<long> calls{0};
-    std::vector<std::thread> all;
-    const auto start = std::chrono::steady_clock::now();
-    for (int i = 0; i < threads; ++i)
-        all.emplace_back([&] {
-            long made = 0;
-            for (; going; ++made)
-                call();
-            calls += made;
-        });
-    std::this_thread::sleep_for(window);
-    going = false;
-    for (std::thread& thread : all)
-        thread.join();
-    const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start;
-    return static_cast<double>(calls) / spent.count();
-}
-
 void threads(const Transport& transport, const std::string& where)
 {
     constexpr int count = 4, rounds = 25;
+    constexpr std::chrono::milliseconds window{100};
     const PointsOfAServer server(transport.options);
     const auto points = server.connect();
     const std::vector<char> value(64, 'x');
     std::vector<double> library, bare;
     for (int round = 0; round < rounds; ++round) {
-        library.push_back(calls_a_second(count, [&] { expect_ok(set_by_library(value)); }));
-        bare.push_back(
-            calls_a_second(count, [&] { expect_ok(set_by_stub(points.in(), value)); }));
+        library.push_back(calls_a_second(count, window, [&](std::size_t) {
+            return [&] { expect_ok(set_by_library(value)); };
+        }));
+        bare.push_back(calls_a_second(count, window, [&](std::size_t) {
+            return [&] { expect_ok(set_by_stub(points.in(), value)); };
+        }));
     }
     Row row{group, "throughput of 4 threads, " + std::string(transport.name) + ", " + where,
             "ratio", ratio(library, bare), bar(0.97, "higher")};

@@ -1,7 +1,5 @@
 // Calls a second of 1 to 4 threads, each a client, on all processors, beside the peers.
-#include <atomic>
 #include <map>
-#include <thread>
 
 #include "bench/contenders/contender.h"
 #include "bench/measure.h"
@@ -15,26 +13,13 @@ constexpr int rounds = 5;
 constexpr std::size_t value_bytes = 64;
 
 // Of the clients, each in a thread of its own.
-double calls_a_second(std::vector<std::unique_ptr<Client>>& clients, std::size_t threads)
+double gets_a_second(std::vector<std::unique_ptr<Client>>& clients, std::size_t threads)
 {
-    std::atomic<bool> going{true};
-    std::atomic<long> calls{0};
-    std::vector<std::thread> all;
-    const auto start = std::chrono::steady_clock::now();
-    for (std::size_t i = 0; i < threads; ++i)
-        all.emplace_back([&, i] {
-            Bytes value(value_bytes, 'x');
-            long made = 0;
-            for (; going; ++made)
-                clients[i]->get(value);
-            calls += made;
-        });
-    std::this_thread::sleep_for(window);
-    going = false;
-    for (std::thread& thread : all)
-        thread.join();
-    const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start;
-    return static_cast<double>(calls) / spent.count();
+    return calls_a_second(threads, window, [&clients](std::size_t i) {
+        return [&client = *clients[i], value = Bytes(value_bytes, 'x')]() mutable {
+            client.get(value);
+        };
+    });
 }
 
 } // namespace
@@ -61,7 +46,7 @@ int main()
             std::map<std::string, std::vector<double>> throughput;
             for (int round = 0; round < rounds; ++round)
                 for (auto& [name, of_contender] : clients)
-                    throughput[name].push_back(calls_a_second(of_contender, threads));
+                    throughput[name].push_back(gets_a_second(of_contender, threads));
             nlohmann::json more = {{"threads", threads},
                                    {"transport", in_words(transport)}};
             for (const auto& [name, of_rounds] : throughput)

@@ -84,26 +84,27 @@ void check_queue(const std::vector<const QueueLog*>& clients,
         if (!there.insert(packet).second)
             violations.push_back("packet " + text_of(packet) + " is there twice: " + what);
     };
+    // Of each sender: the last number so far.
+    const auto follow = [&](std::map<int, int>& last, const Sent& packet,
+                            const char* what) {
+        int& before = last.try_emplace(packet.sender, -1).first->second;
+        if (packet.number <= before)
+            violations.push_back("packet " + text_of(packet) + what +
+                                 std::to_string(before));
+        before = packet.number;
+    };
     for (const QueueLog* client : clients) {
         std::map<int, int> last; // that this client has received
         for (const Sent& packet : client->received) {
             see(packet, "received");
-            int& before = last.try_emplace(packet.sender, -1).first->second;
-            if (packet.number <= before)
-                violations.push_back("packet " + text_of(packet) + " was received after " +
-                                     std::to_string(before));
-            before = packet.number;
+            follow(last, packet, " was received after ");
             int& highest = last_received.try_emplace(packet.sender, -1).first->second;
             highest = std::max(highest, packet.number);
         }
     }
     for (const Sent& packet : found) {
         see(packet, "queued");
-        int& before = last_received.try_emplace(packet.sender, -1).first->second;
-        if (packet.number <= before)
-            violations.push_back("packet " + text_of(packet) + " is queued behind " +
-                                 std::to_string(before));
-        before = packet.number;
+        follow(last_received, packet, " is queued behind ");
     }
 
     std::vector<Sent> missing;

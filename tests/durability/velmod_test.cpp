@@ -39,6 +39,15 @@ protected:
         return services.points->set_DTP("p", buffer(value));
     }
 
+    // Sets the point to 1, 2 ... and gives the last one that was acknowledged.
+    static int sets_until_refused(const Services& services)
+    {
+        int number = 0;
+        while (set(services, std::to_string(number + 1) + std::string(1000, ' ')) == VL_OK)
+            ++number;
+        return number;
+    }
+
     TemporaryFolder folder;
     std::optional<Velmod> velmod;
 };
@@ -150,10 +159,7 @@ TEST_F(DurableVelmod, WithoutRoomItRefusesChangesAndResumesByItself)
     const Services services = start();
     ASSERT_EQ(services.points->create_DTP("p", "text"), VL_OK);
     limit_file_size(*velmod, 100000);
-    int acknowledged = 0;
-    while (set(services, std::to_string(acknowledged + 1) + std::string(1000, ' ')) ==
-           VL_OK)
-        ++acknowledged;
+    const int acknowledged = sets_until_refused(services);
     EXPECT_GT(acknowledged, 0);
     EXPECT_EQ(set(services, "refused"), OBJECT_PATCH_FAI);
     EXPECT_EQ(services.ports->create_port("port", 1, 0), OBJECT_PATCH_FAI);
@@ -179,10 +185,7 @@ TEST_F(DurableVelmod, KilledWithoutRoomItHasWhatWasAcknowledged)
     const Services services = start();
     ASSERT_EQ(services.points->create_DTP("p", "text"), VL_OK);
     limit_file_size(*velmod, 100000);
-    int acknowledged = 0;
-    while (set(services, std::to_string(acknowledged + 1) + std::string(1000, ' ')) ==
-           VL_OK)
-        ++acknowledged;
+    const int acknowledged = sets_until_refused(services);
     const int found = std::stoi(kill_and_start().value("p").value_or("0"));
     EXPECT_TRUE(found == acknowledged || found == acknowledged + 1)
         << found << " for " << acknowledged;

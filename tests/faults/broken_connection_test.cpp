@@ -1,7 +1,6 @@
 // Connections that break, or stand still, after any number of bytes.
-#include "tests/faults/fault.h"
 #include "tests/faults/faulty_relay.h"
-#include "tests/support/velmod.h"
+#include "tests/faults/servers.h"
 
 using namespace velmo::tests;
 
@@ -34,7 +33,7 @@ protected:
 
     static int count() { return std::stoi(event_count("e")); }
 
-    Velmod velmod{{"--server", "S", "--no-unix"}};
+    Velmod velmod{over_tcp};
     FaultyRelay relay{velmod.port()};
     FaultSettings settings{naming_url(relay.port())};
 };

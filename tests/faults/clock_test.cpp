@@ -11,9 +11,8 @@
 #include <ctime>
 #include <thread>
 
-#include "tests/faults/fault.h"
 #include "tests/faults/faulty_relay.h"
-#include "tests/support/velmod.h"
+#include "tests/faults/servers.h"
 
 using namespace velmo::tests;
 
@@ -60,8 +59,6 @@ extern "C" {
 } // extern "C"
 
 namespace {
-
-const std::vector<std::string> over_tcp{"--server", "S", "--no-unix"};
 
 constexpr std::chrono::hours forward{1}, back{-1};
 

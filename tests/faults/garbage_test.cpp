@@ -1,10 +1,9 @@
 // Answers that are none.
 #include <random>
 
-#include "tests/faults/fault.h"
 #include "tests/faults/faulty_relay.h"
+#include "tests/faults/servers.h"
 #include "tests/support/intended_leak.h"
-#include "tests/support/velmod.h"
 
 using namespace velmo::tests;
 using namespace std::string_literals;
@@ -117,7 +116,7 @@ std::vector<Garbage> all_garbage(std::uint16_t relay)
 
 class GarbageForAnAnswer : public ::testing::Test {
 protected:
-    Velmod velmod{{"--server", "S", "--no-unix"}};
+    Velmod velmod{over_tcp};
     FaultyRelay relay{velmod.port()};
     FaultSettings settings{naming_url(relay.port())};
 };

@@ -3,16 +3,11 @@
 #include <random>
 #include <thread>
 
-#include "tests/faults/fault.h"
-#include "tests/support/omni_names.h"
-#include "tests/support/velmod.h"
+#include "tests/faults/servers.h"
 
 using namespace velmo::tests;
 
 namespace {
-
-// Without the unix socket, so that a client meets a broken connection for certain.
-const std::vector<std::string> over_tcp{"--server", "S", "--no-unix"};
 
 TEST(Kill, WhileNobodyCallsCostsOneCall)
 {

@@ -1,30 +1,13 @@
 // A naming service that forgets what was registered, or is gone.
 #include <csignal>
 
-#include "tests/faults/fault.h"
-#include "tests/support/omni_names.h"
-#include "tests/support/velmod.h"
+#include "tests/faults/servers.h"
 
 using namespace velmo::tests;
 
 namespace {
 
-class AStandardNamingService : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        if (!OmniNames::available())
-            GTEST_SKIP() << "omniNames is not installed";
-        names.emplace();
-        velmod.emplace(std::vector<std::string>{"--server", "S", "--no-unix", "--naming",
-                                                names->naming_url()});
-        settings.emplace(names->naming_url());
-    }
-
-    std::optional<OmniNames> names;
-    std::optional<Velmod> velmod;
-    std::optional<FaultSettings> settings;
-};
+class AStandardNamingService : public RegisteredServer {};
 
 TEST_F(AStandardNamingService, ThatRestartsEmptyIsFilledAgain)
 {

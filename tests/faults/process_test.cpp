@@ -6,8 +6,7 @@
 #include <csignal>
 #include <thread>
 
-#include "tests/faults/fault.h"
-#include "tests/support/velmod.h"
+#include "tests/faults/servers.h"
 
 using namespace velmo::tests;
 
@@ -33,7 +32,7 @@ int exit_status_of(Child child)
 
 class AForkedChild : public ::testing::Test {
 protected:
-    Velmod velmod{{"--server", "S", "--no-unix"}};
+    Velmod velmod{over_tcp};
     FaultSettings settings{velmod.naming_url()};
 };
 
@@ -122,7 +121,7 @@ TEST(ACancelledThread, FinishesItsCallFirst)
 {
     if (sanitized)
         GTEST_SKIP() << "a sanitizer does not survive the end of a cancelled thread";
-    Velmod velmod({"--server", "S", "--no-unix"});
+    Velmod velmod(over_tcp);
     FaultSettings settings(velmod.naming_url());
     Fault fault("pthread_cancel() of a thread that waits in a call");
     ASSERT_TRUE(port_is_there());
@@ -158,7 +157,7 @@ TEST(ACancelledThread, WithItsFirstCallStillToComeMakesTheLibraryWork)
 {
     if (sanitized)
         GTEST_SKIP() << "a sanitizer does not survive the end of a cancelled thread";
-    Velmod velmod({"--server", "S", "--no-unix"});
+    Velmod velmod(over_tcp);
     FaultSettings settings(velmod.naming_url());
     std::atomic<int> code{-1};
     pthread_t thread;

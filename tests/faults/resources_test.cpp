@@ -9,15 +9,12 @@
 #include <memory>
 #include <thread>
 
-#include "tests/faults/fault.h"
+#include "tests/faults/servers.h"
 #include "tests/support/loopback.h"
-#include "tests/support/velmod.h"
 
 using namespace velmo::tests;
 
 namespace {
-
-const std::vector<std::string> over_tcp{"--server", "S", "--no-unix"};
 
 // A limit of a process, as long as this object lives.
 class Limit {

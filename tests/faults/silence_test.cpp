@@ -5,17 +5,13 @@
 #include <csignal>
 #include <thread>
 
-#include "tests/faults/fault.h"
+#include "tests/faults/servers.h"
 #include "tests/server/client.h"
 #include "tests/support/loopback.h"
-#include "tests/support/omni_names.h"
-#include "tests/support/velmod.h"
 
 using namespace velmo::tests;
 
 namespace {
-
-const std::vector<std::string> over_tcp{"--server", "S", "--no-unix"};
 
 TEST(Silence, OfTheServerDuringCallsEndsThemAtTheirTimeOut)
 {
@@ -40,22 +36,7 @@ TEST(Silence, OfTheServerDuringCallsEndsThemAtTheirTimeOut)
     fault.recovers(make_port);
 }
 
-class NamingService : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        if (!OmniNames::available())
-            GTEST_SKIP() << "omniNames is not installed";
-        names.emplace();
-        velmod.emplace(std::vector<std::string>{"--server", "S", "--no-unix", "--naming",
-                                                names->naming_url()});
-        settings.emplace(names->naming_url());
-    }
-
-    std::optional<OmniNames> names;
-    std::optional<Velmod> velmod;
-    std::optional<FaultSettings> settings;
-};
+class NamingService : public RegisteredServer {};
 
 TEST_F(NamingService, ThatIsSilentCostsItsTimeOutOnceInAWhile)
 {

@@ -3,7 +3,7 @@
 #include "server/model/realm.h"
 #include "server/services/snapshots.h"
 #include "tests/fuzz/require.h"
-#include "tests/server/images.h"
+#include "tests/server/points_of.h"
 #include "tests/support/log_stand_in.h"
 
 namespace velmo::tests {
@@ -11,17 +11,6 @@ namespace velmo::tests {
 namespace {
 
 constexpr const char* realm_name = ""; // as a mutated file has it most easily
-
-// Sorted, since points are visited in no particular order.
-std::vector<model::PointImage> points_of(model::Realm& realm)
-{
-    std::vector<model::PointImage> points;
-    realm.points.visit_moment(
-        [&](const model::PointImage& point) { points.push_back(point); });
-    std::sort(points.begin(), points.end(),
-              [](const auto& a, const auto& b) { return a.name < b.name; });
-    return points;
-}
 
 bool loads(store::SnapshotStore& store, model::Realm& realm)
 {
@@ -64,7 +53,7 @@ void check_saving(store::SnapshotStore& store)
     model::Realm again(realm_name);
     require(loads(store, again), "what was saved can be loaded");
     require(again.templates.image() == realm.templates.image(), "templates are the same");
-    require(points_of(again) == points_of(realm), "points are the same");
+    require(points_of(again.points) == points_of(realm.points), "points are the same");
     require(again.ports.image() == realm.ports.image(), "ports are the same");
     require(again.events.image() == realm.events.image(), "events are the same");
 }
