@@ -45,7 +45,7 @@ private:
     // As make_unique() does, but for the zeros.
     static Bytes uninitialised(std::size_t length)
     {
-        return Bytes(new Byte[length], length, [](Byte* block) { delete[] block; });
+        return Bytes(new Byte[length], length, [](Byte* bytes) { delete[] bytes; });
     }
 
     std::unique_ptr<Byte[], Release> block;
