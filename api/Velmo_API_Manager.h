@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "registry/host_name.h"
+#include "registry/process_singleton.h"
 #include "vl_api.h"
 
 // One per process, made by the first call of an export. What an operation does,
@@ -19,7 +20,10 @@ public:
     virtual ~Velmo_API_Manager(); // ends the naming client
 
     // The process's manager; null only when there is no memory for it.
-    static Velmo_API_Manager* instance();
+    static Velmo_API_Manager* instance()
+    {
+        return ProcessSingleton<Velmo_API_Manager>::instance();
+    }
 
     static int mid_connect(const char* server_name);
     int mid_disconnect();

@@ -76,18 +76,19 @@ void settle_reference(const FailureRule<Result>& rule, vlReferenceContainer& reg
         static_cast<void>(Service::get(RegistryReader(&registry), server, releam));
 }
 
-// A reference of its own for a call, if there is one. When the process ends meanwhile it is
-// left alone, since the broker may be gone: a holder of the broker's would look at it.
+// A reference of its own for a call, null if there is none. When the process ends meanwhile
+// it is left alone, since the broker may be gone: a holder of the broker's would look at
+// it.
 template <class Interface>
 class Borrowed {
 public:
     explicit Borrowed(typename Interface::_ptr_type its_reference)
-        : reference(its_reference), there(!CORBA::is_nil(its_reference))
+        : reference(its_reference)
     {
     }
     ~Borrowed()
     {
-        if (!there)
+        if (!reference)
             return;
         const RegistryUse use;
         if (use.allowed())
@@ -96,12 +97,11 @@ public:
     Borrowed(const Borrowed&) = delete;
     Borrowed& operator=(const Borrowed&) = delete;
 
-    bool is_there() const { return there; }
+    bool is_there() const { return reference != nullptr; }
     auto& operator*() const { return *reference; }
 
 private:
     typename Interface::_ptr_type const reference;
-    const bool there;
 };
 
 // Runs an operation on a service of a server (see services.h):

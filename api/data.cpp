@@ -9,28 +9,45 @@
 
 namespace velmo::api {
 
-OutgoingData::OutgoingData(const void* data, int length) noexcept
+namespace {
+
+// As a sequence owns it; null where there is no memory.
+CORBA::Octet* copy_of(const void* data, CORBA::ULong size) noexcept
 {
-    if (length < 0 || (length > 0 && !data)) {
-        problem = std::make_exception_ptr(BadArgument());
-        return;
-    }
     try {
-        bytes.length(static_cast<CORBA::ULong>(length));
-        if (length > 0)
-            std::memcpy(bytes.get_buffer(), data, static_cast<std::size_t>(length));
+        CORBA::Octet* const copy = Velmo::DATA_BUFFER::allocbuf(size);
+        if (copy)
+            std::memcpy(copy, data, size);
+        return copy;
     } catch (const std::bad_alloc&) {
-        problem = std::current_exception();
+        return nullptr;
     } catch (const CORBA::NO_MEMORY&) {
-        problem = std::current_exception();
+        return nullptr;
     }
 }
 
-const Velmo::DATA_BUFFER& OutgoingData::sequence() const
+} // namespace
+
+OutgoingData::OutgoingData(const void* data, int length) noexcept
 {
-    if (problem)
-        std::rethrow_exception(problem);
-    return bytes;
+    if (length == 0)
+        return;
+    if (length < 0 || !data) {
+        problem = Problem::bad_argument;
+        return;
+    }
+    const auto size = static_cast<CORBA::ULong>(length);
+    if (CORBA::Octet* const copy = copy_of(data, size))
+        bytes.replace(size, size, copy, true);
+    else
+        problem = Problem::no_memory;
+}
+
+void OutgoingData::raise() const
+{
+    if (problem == Problem::bad_argument)
+        throw BadArgument();
+    throw std::bad_alloc();
 }
 
 unsigned int IncomingData::length() const

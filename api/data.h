@@ -3,7 +3,6 @@
 #define VELMO_API_DATA_H
 
 #include <cstddef>
-#include <exception>
 
 #include "VelmoC.h"
 
@@ -16,12 +15,21 @@ public:
     OutgoingData(const void* data, int length) noexcept;
 
     // Throws BadArgument for a negative length and for no data with a positive one, and
-    // what copying them has raised.
-    const Velmo::DATA_BUFFER& sequence() const;
+    // std::bad_alloc where there was no memory for the copy.
+    const Velmo::DATA_BUFFER& sequence() const
+    {
+        if (problem != Problem::none)
+            raise();
+        return bytes;
+    }
 
 private:
+    enum class Problem { none, bad_argument, no_memory };
+
+    [[noreturn, gnu::cold]] void raise() const;
+
     Velmo::DATA_BUFFER bytes;
-    std::exception_ptr problem; // null: none
+    Problem problem = Problem::none;
 };
 
 // The data that a remote call brings back. A server in this process may deliver

@@ -20,10 +20,8 @@ public:
     // For readers, before they take the lock.
     void pass()
     {
-        if (!is_closed())
-            return;
-        std::unique_lock<std::mutex> guard(mutex);
-        opened.wait(guard, [this] { return !is_closed(); });
+        if (waiting_since != 0)
+            wait();
     }
 
     // For writers: takes the lock. 0 is success.
@@ -48,6 +46,13 @@ private:
 
     static Clock::rep now() { return Clock::now().time_since_epoch().count(); }
 
+    // Apart from what every call does.
+    [[gnu::noinline, gnu::cold]] void wait()
+    {
+        std::unique_lock<std::mutex> guard(mutex);
+        opened.wait(guard, [this] { return !is_closed(); });
+    }
+
     bool is_closed() const
     {
         const Clock::rep since = waiting_since;
@@ -66,31 +71,43 @@ private:
 template <class Level>
 class FairReadGuard {
 public:
-    FairReadGuard(ACE_RW_Mutex& its_lock, Turnstile& turnstile) : lock(its_lock)
+    FairReadGuard() = default; // holds nothing
+    FairReadGuard(ACE_RW_Mutex& its_lock, Turnstile& turnstile)
     {
-        if (held == 0)
-            turnstile.pass();
-        is_locked = lock.acquire_read() == 0;
-        held += is_locked;
+        acquire(its_lock, turnstile);
     }
-    ~FairReadGuard()
-    {
-        if (!is_locked)
-            return;
-        --held;
-        lock.release();
-    }
+    [[gnu::always_inline]] ~FairReadGuard() { let_go(); }
     FairReadGuard(const FairReadGuard&) = delete;
     FairReadGuard& operator=(const FairReadGuard&) = delete;
 
-    bool locked() const { return is_locked; }
+    // By one that holds nothing.
+    [[gnu::always_inline]] void acquire(ACE_RW_Mutex& its_lock, Turnstile& turnstile)
+    {
+        if (held == 0)
+            turnstile.pass();
+        if (its_lock.acquire_read() != 0)
+            return;
+        lock = &its_lock;
+        ++held;
+    }
+
+    // Before the end of its life.
+    [[gnu::always_inline]] void let_go()
+    {
+        if (!lock)
+            return;
+        --held;
+        lock->release();
+        lock = nullptr;
+    }
+
+    bool locked() const { return lock != nullptr; }
 
 private:
     // By this thread. Every call looks at it: where the loader has put it once for all.
     [[gnu::tls_model("initial-exec")]] static inline thread_local int held = 0;
 
-    ACE_RW_Mutex& lock;
-    bool is_locked;
+    ACE_RW_Mutex* lock = nullptr; // null: not held
 };
 
 class FairWriteGuard {

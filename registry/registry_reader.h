@@ -2,8 +2,6 @@
 #ifndef VELMO_REGISTRY_REGISTRY_READER_H
 #define VELMO_REGISTRY_REGISTRY_READER_H
 
-#include <optional>
-
 #include "registry/fair_lock.h"
 #include "registry/registry_use.h"
 #include "registry/vlServerReference.h"
@@ -15,11 +13,13 @@
 class RegistryReader {
 public:
     // Waits for writers.
-    explicit RegistryReader(vlReferenceContainer* its_registry) : registry(its_registry)
+    [[gnu::always_inline]] explicit RegistryReader(vlReferenceContainer* its_registry)
+        : registry(its_registry)
     {
         if (registry && use.allowed())
-            hold.emplace(registry->lock, turnstile);
+            hold.acquire(registry->lock, turnstile);
     }
+    [[gnu::always_inline]] ~RegistryReader() { let_go(); }
     RegistryReader(const RegistryReader&) = delete;
     RegistryReader& operator=(const RegistryReader&) = delete;
 
@@ -28,22 +28,22 @@ public:
     // settings are read anew.
     const char* own_server() const
     {
-        return held() && registry->firstOwn ? registry->firstOwn->c_str() : nullptr;
+        return hold.locked() && registry->firstOwn ? registry->firstOwn->c_str() : nullptr;
     }
 
     // A server's entry, made if need be; in place as long as the hold lasts.
     vlServerReference* entry(const char* server) const
     {
-        if (!held())
+        if (!hold.locked())
             return nullptr;
         vlServerReference* const last = registry->lastFound.load(std::memory_order_acquire);
-        return last && last->is_of(server) ? last : find_or_create(server);
+        return last && last->is_of(server) ? last : find_or_create(*registry, server);
     }
 
     // Before the end of its life: nothing may be asked any more.
-    void let_go()
+    [[gnu::always_inline]] void let_go()
     {
-        hold.reset();
+        hold.let_go();
         use.leave();
     }
 
@@ -51,13 +51,12 @@ public:
     static inline Turnstile turnstile;
 
 private:
-    bool held() const { return hold && hold->locked(); }
-
-    vlServerReference* find_or_create(const char* server) const;
+    static vlServerReference* find_or_create(vlReferenceContainer& registry,
+                                             const char* server);
 
     vlReferenceContainer* const registry;
     RegistryUse use;
-    std::optional<FairReadGuard<vlReferenceContainer>> hold;
+    FairReadGuard<vlReferenceContainer> hold;
 };
 
 #endif

@@ -11,13 +11,13 @@
 // call, which may take long. A count and no lock, since every call has to have it.
 class RegistryUse {
 public:
-    RegistryUse()
+    [[gnu::always_inline]] RegistryUse()
     {
         ++users; // before it looks: either it sees the end, or the end sees it
         if (ended && ending_thread != std::this_thread::get_id())
             leave();
     }
-    ~RegistryUse() { leave(); }
+    [[gnu::always_inline]] ~RegistryUse() { leave(); }
     RegistryUse(const RegistryUse&) = delete;
     RegistryUse& operator=(const RegistryUse&) = delete;
 
@@ -25,7 +25,7 @@ public:
     bool allowed() const { return counted; }
 
     // Before the end of its life.
-    void leave()
+    [[gnu::always_inline]] void leave()
     {
         if (counted)
             --users;

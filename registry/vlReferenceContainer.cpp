@@ -119,15 +119,16 @@ void drop_references()
 
 } // namespace
 
-vlServerReference* RegistryReader::find_or_create(const char* server) const
+vlServerReference* RegistryReader::find_or_create(vlReferenceContainer& registry,
+                                                  const char* server)
 {
-    std::lock_guard<std::mutex> guard(registry->serverMapMutex);
-    auto found = registry->serverMap.find(key_of(server));
-    if (found == registry->serverMap.end())
-        found = registry->serverMap
+    std::lock_guard<std::mutex> guard(registry.serverMapMutex);
+    auto found = registry.serverMap.find(key_of(server));
+    if (found == registry.serverMap.end())
+        found = registry.serverMap
                     .emplace(name_of(server), std::make_unique<vlServerReference>(server))
                     .first;
-    registry->lastFound.store(found->second.get(), std::memory_order_release);
+    registry.lastFound.store(found->second.get(), std::memory_order_release);
     return found->second.get();
 }
 

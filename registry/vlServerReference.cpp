@@ -29,8 +29,11 @@ template <class Interface>
 typename Interface::_ptr_type cached(const vlServerReference::Cache<Interface>& cache,
                                      std::string_view realm)
 {
-    const auto found = cache.find(realm);
-    return found == cache.end() ? nullptr : Interface::_duplicate(found->second.in());
+    // The unnamed realm comes first, and is what most calls ask for.
+    const auto found = realm.empty() ? cache.begin() : cache.find(realm);
+    return found == cache.end() || found->first.size() != realm.size()
+               ? nullptr
+               : Interface::_duplicate(found->second.in());
 }
 
 } // namespace
@@ -82,8 +85,8 @@ typename Interface::_ptr_type vlServerReference::look_up_and_keep(Cache<Interfac
 }
 
 template <class Interface>
-typename Interface::_ptr_type vlServerReference::get(Cache<Interface>& cache,
-                                                     const char* key, const char* releam)
+inline typename Interface::_ptr_type
+vlServerReference::get(Cache<Interface>& cache, const char* key, const char* releam)
 {
     const std::string_view realm = realm_of(releam);
     {

@@ -57,8 +57,8 @@ public:
 
 private:
     template <class Interface>
-    typename Interface::_ptr_type get(Cache<Interface>& cache, const char* key,
-                                      const char* releam);
+    [[gnu::always_inline]] typename Interface::_ptr_type
+    get(Cache<Interface>& cache, const char* key, const char* releam);
     template <class Interface> // apart from what every call does
     [[gnu::noinline]] typename Interface::_ptr_type
     look_up_and_keep(Cache<Interface>& cache, const char* key, std::string_view realm);

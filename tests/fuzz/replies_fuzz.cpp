@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "idl/service_keys.h"
-#include "tests/fuzz/giop.h"
+#include "tests/support/giop.h"
 #include "tests/fuzz/require.h"
 #include "tests/fuzz/tampering_relay.h"
 #include "tests/support/log_stand_in.h"

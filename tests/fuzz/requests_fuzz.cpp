@@ -3,7 +3,7 @@
 #include <sys/socket.h>
 
 #include "server/server.h"
-#include "tests/fuzz/giop.h"
+#include "tests/support/giop.h"
 #include "tests/fuzz/require.h"
 #include "tests/support/log_stand_in.h"
 #include "tests/support/loopback.h"

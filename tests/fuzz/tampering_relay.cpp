@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "tests/fuzz/giop.h"
+#include "tests/support/giop.h"
 #include "tests/support/loopback.h"
 
 namespace velmo::tests {

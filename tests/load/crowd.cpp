@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-#include "tests/fuzz/giop.h"
+#include "tests/support/giop.h"
 #include "tests/support/loopback.h"
 
 namespace velmo::tests {

@@ -1,6 +1,6 @@
 // Messages of the brokers' protocol, as bytes on a connection.
-#ifndef VELMO_TESTS_FUZZ_GIOP_H
-#define VELMO_TESTS_FUZZ_GIOP_H
+#ifndef VELMO_TESTS_SUPPORT_GIOP_H
+#define VELMO_TESTS_SUPPORT_GIOP_H
 
 #include <cstddef>
 #include <string>

@@ -1,4 +1,4 @@
-#include "tests/fuzz/giop.h"
+#include "tests/support/giop.h"
 
 #include <sys/socket.h>
 #include <sys/time.h>
