@@ -1,8 +1,8 @@
 // A write-ahead log that was damaged in arbitrary ways, beside a sound state file: velmod
 // refuses it, or recovers what was so after one of the changes, whole.
 //
-// The log is changed step by step as the input says; three numbers of three bytes each follow
-// the byte that chooses what is done.
+// The log is changed step by step as the input says; three numbers of three bytes each
+// follow the byte that chooses what is done.
 
 #include <algorithm>
 #include <cstdint>
