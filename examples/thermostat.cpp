@@ -83,7 +83,7 @@ int main(int argc, char** argv)
         if (what == "serve")
             serve();
         else if (what == "set" && argc == 3)
-            set(std::atof(argv[2]));
+            set(std::strtod(argv[2], nullptr));
         else
             show();
     } catch (const std::system_error& error) {

@@ -57,8 +57,8 @@ void work(const std::atomic<bool>& done, std::atomic<int>& taken)
 int main(int argc, char** argv)
 {
     begin();
-    const int workers = argc > 1 ? std::atoi(argv[1]) : 4;
-    const int count = argc > 2 ? std::atoi(argv[2]) : 100;
+    const long workers = argc > 1 ? std::strtol(argv[1], nullptr, 10) : 4;
+    const long count = argc > 2 ? std::strtol(argv[2], nullptr, 10) : 100;
     if (workers < 1 || count < 1 || !create("example jobs", jobs, 0) ||
         !create("example results", results, static_cast<unsigned int>(count)))
         return EXIT_FAILURE;
@@ -71,14 +71,15 @@ int main(int argc, char** argv)
     std::atomic<bool> done{false};
     std::vector<std::atomic<int>> taken(static_cast<std::size_t>(workers));
     std::vector<std::thread> threads;
+    threads.reserve(taken.size());
     for (std::atomic<int>& counter : taken)
         threads.emplace_back(work, std::cref(done), std::ref(counter));
 
     bool good = true;
     std::int64_t sum = 0;
-    for (int i = 1; i <= count && good; ++i)
+    for (long i = 1; i <= count && good; ++i)
         good = send(jobs, i);
-    for (int i = 1; i <= count && good; ++i) {
+    for (long i = 1; i <= count && good; ++i) {
         good = check("receive a result", receive(results, number, 10 * second)) == VL_OK;
         sum += number;
     }
@@ -89,7 +90,7 @@ int main(int argc, char** argv)
     int total = 0;
     for (const std::atomic<int>& counter : taken)
         total += counter;
-    std::printf("%d jobs done by %d workers, the sum of the squares is %lld\n", total,
+    std::printf("%d jobs done by %ld workers, the sum of the squares is %lld\n", total,
                 workers, static_cast<long long>(sum));
     return good ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -10,7 +10,7 @@ namespace velmo {
  * epoch travels with its work, tells vl_regist_contender(). */
 class Contention : public detail::ServerUser {
 public:
-    explicit Contention(Server server = {}) : ServerUser(std::move(server)) {}
+    explicit Contention(Server server = {}) noexcept : ServerUser(std::move(server)) {}
 
     /** Registers a contender, or renews its standing with a new priority and no data.
      * vl_regist_contender(). */

@@ -82,7 +82,7 @@ inline std::string utf8(const wchar_t* text)
     const auto add = [&](unsigned long byte) { bytes += static_cast<char>(byte); };
     const auto continued = [&](unsigned long bits) { add(0x80 | (bits & 0x3F)); };
     for (; *text; ++text) {
-        const auto point = static_cast<unsigned long>(*text);
+        const unsigned long point = std::char_traits<wchar_t>::to_int_type(*text);
         if (point < 0x80) {
             add(point);
         } else if (point < 0x800) {

@@ -9,7 +9,7 @@ namespace velmo {
 /** The events of a server and realm. */
 class Events : public detail::ServerUser {
 public:
-    explicit Events(Server server = {}) : ServerUser(std::move(server)) {}
+    explicit Events(Server server = {}) noexcept : ServerUser(std::move(server)) {}
 
     /** Declares what events of this number are like, for good. vl_declare_event().
      *

@@ -156,7 +156,7 @@ public:
             block_ = block_->next;
             return *this;
         }
-        Iterator operator++(int) noexcept
+        Iterator operator++(int) noexcept // NOLINT(cert-dcl21-cpp)
         {
             const Iterator before = *this;
             ++*this;

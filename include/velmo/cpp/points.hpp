@@ -18,7 +18,7 @@ struct PointInfo {
 /** The points of a server and realm. */
 class Points : public detail::ServerUser {
 public:
-    explicit Points(Server server = {}) : ServerUser(std::move(server)) {}
+    explicit Points(Server server = {}) noexcept : ServerUser(std::move(server)) {}
 
     /** Creates a point of the type that a template gives: "float64", "text".
      * vl_create_data_template_point(). */

@@ -26,7 +26,7 @@ enum class Delivery : unsigned int {
  * functions on packets take its handle. */
 class Ports : public detail::ServerUser {
 public:
-    explicit Ports(Server server = {}) : ServerUser(std::move(server)) {}
+    explicit Ports(Server server = {}) noexcept : ServerUser(std::move(server)) {}
 
     // ------------------------------------------------------------ ports
 

@@ -21,7 +21,7 @@ namespace velmo {
 class Server {
 public:
     /** An empty name means the default server, an empty realm the unnamed one. */
-    Server(std::string name = {}, std::string realm = {})
+    Server(std::string name = {}, std::string realm = {}) noexcept
         : name_(std::move(name)), realm_(std::move(realm))
     {
     }
@@ -87,7 +87,7 @@ public:
     const Server& server() const noexcept { return server_; }
 
 protected:
-    explicit ServerUser(Server server) : server_(std::move(server)) {}
+    explicit ServerUser(Server server) noexcept : server_(std::move(server)) {}
 
     const char* name() const noexcept { return server_.name(); }
     const char* realm() const noexcept { return server_.realm(); }

@@ -9,7 +9,7 @@ namespace velmo {
 /** The snapshots of a server and realm. Each saved one replaces the one before. */
 class Snapshots : public detail::ServerUser {
 public:
-    explicit Snapshots(Server server = {}) : ServerUser(std::move(server)) {}
+    explicit Snapshots(Server server = {}) noexcept : ServerUser(std::move(server)) {}
 
     /** Saves the templates. A success as well when the server cannot be reached.
      * vl_make_dt_snapshot(). */
