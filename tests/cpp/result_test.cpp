@@ -49,6 +49,9 @@ TEST(CppResult, SomeCodesMayBeAsGoodAsSuccess)
     EXPECT_TRUE(Result<>(VL_OK).or_good(OBJECT_ALREADY_EXSIT));
     EXPECT_TRUE(Result<>(2014).or_good(ALREADY_CONNECTED, OBJECT_ALREADY_EXSIT));
     EXPECT_EQ(Result<>(2007).or_good(OBJECT_ALREADY_EXSIT).code(), 2007);
+    EXPECT_EQ(Result<int>(VL_OK, 7).or_good(NON_EXIST_DATA).value(), 7);
+    EXPECT_EQ(Result<int>(NON_EXIST_DATA).or_good(NON_EXIST_DATA).value(), 0);
+    EXPECT_EQ(Result<int>(TIME_OUT).or_good(NON_EXIST_DATA).code(), TIME_OUT);
 }
 
 TEST(CppResult, ValuesThatCannotBeCopiedAreMoved)

@@ -102,6 +102,13 @@ public:
         return *this ? value_ : static_cast<T>(std::forward<U>(other));
     }
 
+    /** As Result<void>::or_good(), with the value: the empty one, or 0, after a failure. */
+    template <typename... Codes>
+    Result or_good(Codes... codes) &&
+    {
+        return {Result<void>::or_good(codes...).code(), std::move(value_)};
+    }
+
 private:
     T value_;
 };
