@@ -1,6 +1,6 @@
 /** @file
  * The Velmo client library for C++17, as a thin layer of headers over vl_api.h and
- * vl_util.h. A program links nothing more than it would in C.
+ * vl_util.h. A program links what it would in C: -lvelmo_api -lVelmo_Util.
  *
  *     #include <velmo/velmo.hpp>
  *     using namespace std::chrono_literals;
@@ -28,11 +28,11 @@
  *              them; several threads may use one.
  *   Strings    Name: const char* or std::string, NUL-terminated, not kept.
  *   Data       Bytes and Buffer view memory of the caller; nothing is copied into them.
- * More than INT_MAX bytes to be sent give the code of a failed call. Results    Block,
- * Text, Names and Connections own what the library has handed out, and free it. They can be
- * moved and not copied; views of them end with them. Waiting    Wait: any std::chrono
- * duration, Wait::longest(), or {} for no wait. Exceptions compiles with -fno-exceptions;
- * value() of a failure calls std::abort() then.
+ *              More than INT_MAX bytes to be sent give the code of a failed call.
+ *   Results    Block, Text, Names and Connections own what the library has handed out,
+ *              and free it. They can be moved and not copied; views of them end with them.
+ *   Waiting    Wait: any std::chrono duration, Wait::longest(), or {} for no wait.
+ *   Exceptions compiles with -fno-exceptions; value() of a failure calls std::abort() then.
  */
 #ifndef VELMO_VELMO_HPP
 #define VELMO_VELMO_HPP
