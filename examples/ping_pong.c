@@ -7,29 +7,11 @@
  * Start "pong" and "ping" in two processes, in either order. The server is the one
  * that the settings name as this host's own; without settings, "0000" on this host.
  */
-#include <locale.h>
-#include <stdio.h>
-#include <stdlib.h>
 #include <string.h>
-#include <wchar.h>
 
-#include <velmo/vl_api.h>
+#include "example.h"
 
 enum { PING = 1001, PONG = 1002, CONNECT_PLAINLY = 30001, WAIT_MS = 10000 };
-
-/* Tells what failed, and why. */
-static int check(const char* what, int code)
-{
-    if (code != VL_OK)
-        fprintf(stderr, "%s: %d (%ls)\n", what, code, get_error_string(code));
-    return code;
-}
-
-/* Ports outlive the processes that use them, and either process may be first. */
-static int there_by_now(int code, int exists)
-{
-    return code == exists ? VL_OK : code;
-}
 
 static int set_up(void)
 {
@@ -100,12 +82,7 @@ int main(int argc, char** argv)
         return 2;
     }
 
-    /* Texts of result codes are wide characters, which printf() writes in the
-     * character set of the locale. */
-    setlocale(LC_CTYPE, "");
-    if (MB_CUR_MAX == 1)
-        setlocale(LC_CTYPE, "C.UTF-8");
-    setvbuf(stdout, NULL, _IOLBF, 0); /* in step with the other process */
+    begin();
     int code = set_up();
     for (long i = 1; i <= count && code == VL_OK; ++i) {
         if (!pong)

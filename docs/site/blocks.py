@@ -30,6 +30,11 @@ PROLOGUE = """#include <stdint.h>
 #include <string.h>
 #include <velmo/vl_api.h>
 #include <velmo/vl_util.h>
+#ifdef __cplusplus
+#include <cstdint>
+#include <vector>
+#include <velmo/velmo.hpp>
+#endif
 void fragment(void);
 void fragment(void) {
 """

@@ -141,6 +141,15 @@ def paths():
                 yield f"{page}: {path}: there is no such file"
 
 
+def examples():
+    """Every example is in the list of them."""
+    page = "examples/README.md"
+    for name in tracked_files():
+        if name.startswith("examples/") and name.endswith((".c", ".cpp", ".h")) \
+                and f"({name.rsplit('/', 1)[1]})" not in read(page):
+            yield f"{page}: {name} is missing"
+
+
 def decisions():
     """Every decision is in the list of them."""
     page = read("docs/decisions/README.md")
@@ -152,6 +161,7 @@ def decisions():
 
 if __name__ == "__main__":
     wrong = [complaint for check in (result_codes, variables, attributes, options, scripts,
-                                     test_folders, roads, paths, decisions) for complaint in check()]
+                                     test_folders, roads, paths, decisions, examples)
+             for complaint in check()]
     print("\n".join(wrong) or "pages and code agree")
     sys.exit(1 if wrong else 0)

@@ -10,6 +10,7 @@ from where import EXPORT, HEADER, Index
 UTILITIES = "vl_util.h"
 CLASSES = ("vlReferenceContainer.h", "vlNaming_Client.h", "vlServerInfoXmlImpl.h",
            "VelmoLang.h", "CQuilp.h")
+LAYER = "velmo.hpp"
 SECTION = re.compile(r"^/\* -+ (.+) \*/$", re.M)
 
 
@@ -152,6 +153,10 @@ def pages(root, files, source):
     yield "reference/functions.md", functions_page(root, index)
     yield "reference/utilities.md", headers_page(
         root, "C utilities", "Freeing strings and reading settings.", [UTILITIES])
+    layer = [LAYER, *(name.removeprefix("include/velmo/") for name in files
+                      if name.startswith("include/velmo/cpp/"))]
+    yield "reference/cpp.md", headers_page(
+        root, "C++ layer", "The library for C++17. The first header includes the others.", layer)
     yield "reference/classes.md", headers_page(
         root, "C++ classes", "What the shared libraries give to C++ programs beside the C "
         "functions. The first two need the headers of the broker.", CLASSES)

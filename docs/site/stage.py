@@ -16,7 +16,8 @@ LANGUAGES = {".c": "c", ".h": "cpp", ".cpp": "cpp", ".hpp": "cpp", ".idl": "omg-
              ".xml": "xml", ".cmake": "cmake", ".py": "python", ".sh": "bash", ".json": "json"}
 # What has a page of its own is not shown as source.
 MADE = {"include/velmo/vl_api.h": "reference/functions.md",
-        "include/velmo/vl_util.h": "reference/utilities.md"}
+        "include/velmo/vl_util.h": "reference/utilities.md",
+        "include/velmo/velmo.hpp": "reference/cpp.md"}
 FENCE = re.compile(r"^ {0,3}(```+)")
 
 
@@ -29,6 +30,8 @@ def pages(files):
             continue
         if name == "README.md":
             place[name] = "index.md"
+        elif name == "examples/README.md":
+            place[name] = "examples.md"
         elif path.parts[0] == "docs":
             inner = str(path.relative_to("docs"))
             place[name] = inner.replace("README.md", "index.md")

@@ -4,6 +4,7 @@ import re
 HEADER = "include/velmo/vl_api.h"
 EXPORTS = "api/exports.cpp"
 OPERATIONS = ("api", "ports", "points", "contention")
+LAYER = "include/velmo/cpp/"
 # Where tests of single functions are.
 TESTS = ("tests/api/", "tests/ports/", "tests/points/", "tests/contention/", "tests/e2e/")
 EXPORT = re.compile(r"^VL_EXPORT\s[^;(]*?\b(\w+)\(", re.M)
@@ -17,7 +18,7 @@ class Index:
     def __init__(self, root, files, source):
         self.source = source
         self.texts = {name: (root / name).read_text() for name in files
-                      if name.endswith((".c", ".cpp", ".h"))}
+                      if name.endswith((".c", ".cpp", ".h", ".hpp"))}
 
     def page(self, name, line=None):
         return f"../{self.source(name)}" + (f"#__codelineno-0-{line}" if line else "")
@@ -36,6 +37,11 @@ class Index:
         for name in sorted(self.texts):
             if name.startswith(tuple(folder + "/" for folder in OPERATIONS)):
                 places.append(self.at(name, rf"^\S.*\bVelmo_API_Manager::{operation}\("))
+        return [place for place in places if place]
+
+    def layer(self, function):
+        places = [self.at(name, rf"::{function}\(") for name in sorted(self.texts)
+                  if name.startswith(LAYER)]
         return [place for place in places if place]
 
     def tests(self, function):
@@ -58,6 +64,7 @@ class Index:
             rows = [("Documentation", [f"[{name}](functions.md#{name.lower()})",
                                        f"[{HEADER}:{line}]({self.page(HEADER, line)})"]),
                     ("Implementation", self.implementations(name)),
+                    ("C++ layer", self.layer(name)),
                     ("Tests", self.tests(name))]
             out.append(f"## {name}\n\n| what | where |\n|---|---|\n")
             for head, places in rows:

@@ -1,10 +1,7 @@
-// The example, in two processes.
+// Two processes exchange packets.
 
-#include <gtest/gtest.h>
-
+#include "tests/examples/example.h"
 #include "tests/support/loopback.h"
-#include "tests/support/settings_file.h"
-#include "tests/support/velmod.h"
 
 using namespace velmo::tests;
 
@@ -14,8 +11,8 @@ TEST(PingPong, TwoProcessesExchangePacketsAndReplies)
 {
     Velmod velmod;
     SettingsFile settings("local=\"S\"", {{"S", velmod.naming_url()}});
-    Process pong({PING_PONG_PATH, "pong", "2"});
-    Process ping({PING_PONG_PATH, "ping", "2"});
+    Process pong({example("ping_pong"), "pong", "2"});
+    Process ping({example("ping_pong"), "ping", "2"});
     EXPECT_EQ(ping.wait(), 0) << ping.err();
     EXPECT_EQ(pong.wait(), 0) << pong.err();
     EXPECT_EQ(pong.out(), "pong: received \"ping 1\"\npong: received \"ping 2\"\n");
@@ -29,7 +26,7 @@ TEST(PingPong, OneProcessCanBeBoth)
 {
     Velmod velmod;
     SettingsFile settings("local=\"S\"", {{"S", velmod.naming_url()}});
-    Process both({PING_PONG_PATH, "1"});
+    Process both({example("ping_pong"), "1"});
     EXPECT_EQ(both.wait(), 0) << both.err();
     EXPECT_NE(both.out().find("the reply is: pong to \"ping 1\""), std::string::npos);
 }
@@ -37,7 +34,7 @@ TEST(PingPong, OneProcessCanBeBoth)
 TEST(PingPong, TellsThatThereIsNoServerInAnyLanguage)
 {
     SettingsFile settings("local=\"S\"", {{"S", naming_url(free_port())}});
-    Process ping({PING_PONG_PATH, "ping"}, {{"VELMO_LANG", "de"}, {"LC_ALL", "C"}});
+    Process ping({example("ping_pong"), "ping"}, {{"VELMO_LANG", "de"}, {"LC_ALL", "C"}});
     EXPECT_EQ(ping.wait(), 1);
     EXPECT_EQ(ping.err().substr(0, 17), "create ping: 99 (");
     EXPECT_EQ(ping.err().substr(ping.err().size() - 2), ")\n") << "cut at an umlaut";
@@ -46,7 +43,7 @@ TEST(PingPong, TellsThatThereIsNoServerInAnyLanguage)
 TEST(PingPong, TellsThatThereIsNoServer)
 {
     SettingsFile settings("local=\"S\"", {{"S", naming_url(free_port())}});
-    Process ping({PING_PONG_PATH, "ping"}, {{"VELMO_LANG", "en"}});
+    Process ping({example("ping_pong"), "ping"}, {{"VELMO_LANG", "en"}});
     EXPECT_EQ(ping.wait(), 1);
     EXPECT_NE(ping.err().find("create ping: 99 ("), std::string::npos) << ping.err();
 }
