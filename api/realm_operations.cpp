@@ -26,9 +26,9 @@ int Velmo_API_Manager::releam_seq(NameList* list, const char* server_name)
         return NULL_SERVER_NAME;
 
     vlReferenceContainer* registry = vlReferenceContainer::instance();
-    Velmo::VelmoServiceManager_var manager =
-        registry ? registry->GetServiceRefrence(server) : nullptr;
-    if (CORBA::is_nil(manager.in())) {
+    const velmo::api::Borrowed<Velmo::VelmoServiceManager> manager(
+        registry ? registry->GetServiceRefrence(server) : nullptr);
+    if (!manager.is_there()) {
         Velmo::NAME_SEQ root(1);
         root.length(1);
         root[0] = velmo::keys::root_realm;
@@ -38,7 +38,7 @@ int Velmo_API_Manager::releam_seq(NameList* list, const char* server_name)
 
     velmo::api::IncomingNames realms;
     const int result = velmo::api::unless_it_throws(releam_seq_failed, [&] {
-        manager->get_releam_seq(realms.out()); // its own result says nothing
+        (*manager).get_releam_seq(realms.out()); // its own result says nothing
         return static_cast<int>(VL_OK);
     });
     if (result == VL_OK && realms.delivered())
