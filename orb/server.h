@@ -24,9 +24,10 @@ std::string url_host(const std::string& host);
 
 // What a server can do with one broker and not with another.
 struct Abilities {
-    bool unix_sockets;     // listen on them, beside TCP
-    bool ipv6;             // listen on addresses of IP version 6
-    bool sees_connections; // tell what becomes of them: see ServedConnection
+    bool unix_sockets;        // listen on them, beside TCP
+    bool ipv6;                // listen on addresses of IP version 6
+    bool sees_connections;    // tell what becomes of them: see ServedConnection
+    bool refuses_connections; // while short of descriptors: see ServerOptions::refused
 };
 Abilities abilities();
 
