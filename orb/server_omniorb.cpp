@@ -86,7 +86,7 @@ CORBA::ORB_var listening_orb(const ServerOptions& options)
 
 Abilities abilities()
 {
-    return {true, true, true, true};
+    return {true, true, true, true, 64};
 }
 
 CORBA::ORB_var make_server_orb(const ServerOptions& options)

@@ -15,7 +15,8 @@ Abilities abilities()
 #else
     constexpr bool ipv6 = false;
 #endif
-    return {false, ipv6, false, false};
+    // TAO 2.2 keeps a table of 32 KiB for each connection.
+    return {false, ipv6, false, false, 80};
 }
 
 CORBA::ORB_var make_server_orb(const ServerOptions& options)

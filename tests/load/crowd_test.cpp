@@ -23,7 +23,6 @@ constexpr std::size_t many = sanitized ? 1000 : 10000;
 constexpr std::size_t for_everything_else = 200; // descriptors, of either process
 constexpr std::size_t sample = 100;
 constexpr std::size_t room_for_others = 10;
-constexpr double most_kib_of_a_connection = 64;
 constexpr int waves_to_warm_up = 4;
 constexpr int waves = 30;
 constexpr long long most_kib_left_behind = 256; // 130 bytes of each of 2000
@@ -120,7 +119,7 @@ TEST_F(CrowdTest, TenThousandAreServedAtOnce)
               << std::endl;
     RecordProperty("kib_of_a_connection", std::to_string(kib));
     if (!sanitized) {
-        EXPECT_LT(kib, most_kib_of_a_connection);
+        EXPECT_LT(kib, orb::abilities().connection_kib);
     }
     EXPECT_EQ(velmod.stop(), 0);
 }
