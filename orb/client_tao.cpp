@@ -46,7 +46,12 @@ void limit_connecting(CORBA::ORB_ptr orb, Milliseconds timeout)
 
 CORBA::ORB_ptr join_or_make(Milliseconds connect_timeout)
 {
-    Arguments arguments{connection_options()};
+    std::vector<std::string> options = connection_options();
+    // A caller sends by itself and for no longer than its time-out.
+    options.insert(options.end(),
+                   {"-ORBSvcConfDirective",
+                    "static Resource_Factory '-ORBFlushingStrategy blocking'"});
+    Arguments arguments{std::move(options)};
     CORBA::ORB_var orb = CORBA::ORB_init(arguments.count, arguments.values());
     if (connect_timeout.count() > 0)
         limit_connecting(orb.in(), connect_timeout);

@@ -3,11 +3,8 @@
 #include <poll.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
 
 #include "orb/server.h"
 
@@ -73,14 +70,6 @@ CORBA::Boolean refuse_when_short(omniInterceptors::serverAcceptConnection_T::inf
     return false; // nobody else needs to be asked
 }
 
-bool listens_at(int descriptor, const std::string& path)
-{
-    sockaddr_un address{};
-    socklen_t length = sizeof address;
-    return getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &length) == 0 &&
-           address.sun_family == AF_UNIX && path == address.sun_path;
-}
-
 } // namespace
 
 void look_after_connections(void (*refused)())
@@ -90,18 +79,6 @@ void look_after_connections(void (*refused)())
     interceptors->serverReceiveRequest.add(note_connection);
     interceptors->serverReceiveRequest.add(refuse_nul_key);
     interceptors->serverAcceptConnection.add(refuse_when_short);
-}
-
-void lengthen_queue(const std::string& unix_socket)
-{
-    std::error_code ignored;
-    for (const auto& entry :
-         std::filesystem::directory_iterator("/proc/self/fd", ignored)) {
-        const auto descriptor =
-            static_cast<int>(std::strtol(entry.path().filename().c_str(), nullptr, 10));
-        if (listens_at(descriptor, unix_socket))
-            listen(descriptor, SOMAXCONN); // once more, for the number alone
-    }
 }
 
 // The broker closes a socket only when no call of its connection is served any more.

@@ -2,10 +2,13 @@
 
 #include <poll.h>
 
+#include <atomic>
 #include <cerrno>
 #include <memory>
+#include <utility>
 
 #include <ace/Event_Handler.h>
+#include <ace/Flag_Manip.h>
 #include <ace/Service_Config.h>
 #include <tao/ORB_Core.h>
 #include <tao/ORB_Time_Policy.h>
@@ -19,11 +22,29 @@ namespace velmo::orb {
 
 namespace {
 
+// Of calls whose connections have ended before the answer.
+std::atomic<unsigned> broken_calls{0};
+
 // The calling thread waits on its own connection for the answer. TAO's strategy of that
-// kind fails the call when a signal is delivered to the thread meanwhile.
+// kind fails the call when a signal is delivered to the thread meanwhile, and takes an
+// answer of a status that there is not for a result, whatever that then is.
 class WaitOnConnection : public TAO_Wait_Strategy {
 public:
     explicit WaitOnConnection(TAO_Transport* transport) : TAO_Wait_Strategy(transport) {}
+
+    // Begins a call. After a failure the call is sent over another connection.
+    int sending_request(TAO_ORB_Core* core, TAO_Message_Semantics semantics) override
+    {
+        if (!std::exchange(prepared, true)) // for sending to give up in time
+            ACE::set_flags(handle(), ACE_NONBLOCK);
+        // The server may have restarted: that costs one call, not one for each connection.
+        const unsigned broken = broken_calls;
+        if (std::exchange(known_broken, broken) != broken && await_input(0) != 0) {
+            errno = EPIPE;
+            return -1;
+        }
+        return TAO_Wait_Strategy::sending_request(core, semantics);
+    }
 
     int wait(ACE_Time_Value* left, TAO_Synch_Reply_Dispatcher& answer) override
     {
@@ -37,12 +58,17 @@ public:
             countdown.update();
             good = good && transport_->handle_input(resume, left) != -1;
         }
+        if (good && answer.reply_status() > GIOP::NEEDS_ADDRESSING_MODE) {
+            good = false;
+            errno = EPROTO;
+        }
         if (!good) {
             const int reason = errno;
+            broken_calls += reason != ETIME;
             transport_->close_connection();
             errno = reason;
         }
-        return answer.successful() ? 0 : -1;
+        return good && answer.successful() ? 0 : -1;
     }
 
     int register_handler() override { return 0; }
@@ -50,18 +76,30 @@ public:
     bool can_process_upcalls() const override { return true; }
 
 private:
-    bool readable(const ACE_Time_Value* left, TAO::ORB_Countdown_Time& countdown)
+    ACE_HANDLE handle() const { return transport_->event_handler_i()->get_handle(); }
+
+    // As poll() does; milliseconds -1: for ever.
+    int await_input(int milliseconds) const
     {
-        pollfd input{transport_->event_handler_i()->get_handle(), POLLIN, 0};
+        pollfd input{handle(), POLLIN, 0};
+        return poll(&input, 1, milliseconds);
+    }
+
+    bool readable(const ACE_Time_Value* left, TAO::ORB_Countdown_Time& countdown) const
+    {
         int ready;
         do {
             countdown.update();
-            ready = poll(&input, 1, left ? static_cast<int>(left->msec()) : -1);
+            ready = await_input(left ? static_cast<int>(left->msec()) : -1);
         } while (ready < 0 && errno == EINTR);
         if (ready == 0)
             errno = ETIME;
         return ready > 0;
     }
+
+    // There is one call at a time.
+    bool prepared = false;
+    unsigned known_broken = broken_calls;
 };
 
 class ClientStrategies : public TAO_Default_Client_Strategy_Factory {

@@ -22,11 +22,13 @@ struct Endpoint {
 // A host as URLs have it: numeric IPv6 addresses in brackets.
 std::string url_host(const std::string& host);
 
-// What a server can do with one broker and not with another.
+// What a server can do with one broker and not with another, and what that costs.
 struct Abilities {
-    bool unix_sockets;     // listen on them, beside TCP
-    bool ipv6;             // listen on addresses of IP version 6
-    bool sees_connections; // tell what becomes of them: see ServedConnection
+    bool unix_sockets;        // listen on them, beside TCP
+    bool ipv6;                // listen on addresses of IP version 6
+    bool sees_connections;    // tell what becomes of them: see ServedConnection
+    bool refuses_connections; // while short of descriptors: see ServerOptions::refused
+    unsigned connection_kib;  // the most memory for one, its thread's stack included
 };
 Abilities abilities();
 

@@ -10,6 +10,7 @@
 
 #include "orb/arguments.h"
 #include "orb/connections_omniorb.h"
+#include "orb/listening.h"
 #include "orb/options_omniorb.h"
 #include "orb/server.h"
 
@@ -73,8 +74,7 @@ CORBA::ORB_var listening_orb(const ServerOptions& options)
     try {
         // The ORB listens as soon as it has an object adapter.
         CORBA::Object_var adapter = orb->resolve_initial_references("RootPOA");
-        if (!options.unix_socket.empty())
-            lengthen_queue(options.unix_socket);
+        lengthen_queues();
     } catch (const CORBA::INITIALIZE& error) {
         orb->destroy();
         throw EndpointError(describe(error));
@@ -86,7 +86,7 @@ CORBA::ORB_var listening_orb(const ServerOptions& options)
 
 Abilities abilities()
 {
-    return {true, true, true};
+    return {true, true, true, true, 64};
 }
 
 CORBA::ORB_var make_server_orb(const ServerOptions& options)

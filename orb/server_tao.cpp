@@ -3,6 +3,7 @@
 #include <tao/IORTable/IORTable.h>
 
 #include "orb/arguments.h"
+#include "orb/listening.h"
 #include "orb/options_tao.h"
 
 namespace velmo::orb {
@@ -14,7 +15,8 @@ Abilities abilities()
 #else
     constexpr bool ipv6 = false;
 #endif
-    return {false, ipv6, false};
+    // TAO 2.2 keeps a table of 32 KiB for each connection.
+    return {false, ipv6, false, false, 80};
 }
 
 CORBA::ORB_var make_server_orb(const ServerOptions& options)
@@ -35,6 +37,7 @@ CORBA::ORB_var make_server_orb(const ServerOptions& options)
     try {
         // The ORB listens as soon as it has an object adapter.
         CORBA::Object_var adapter = orb->resolve_initial_references("RootPOA");
+        lengthen_queues();
     } catch (const CORBA::SystemException& error) {
         orb->destroy();
         throw EndpointError(describe(error));

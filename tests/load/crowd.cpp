@@ -31,7 +31,7 @@ Descriptor unix_connection(const std::string& path, int flags)
 
 bool Crowd::join()
 {
-    Descriptor connection = connections.size() % 2 == 0
+    Descriptor connection = connections.size() % 2 == 0 || server.unix_socket.empty()
                                 ? connected_socket(server.port)
                                 : unix_connection(server.unix_socket, 0);
     check_system_call(connection.get() >= 0, "connect");

@@ -13,10 +13,11 @@ namespace velmo::tests {
 // A server's addresses on this host.
 struct Addresses {
     std::uint16_t port;
-    std::string unix_socket;
+    std::string unix_socket; // empty: none
 };
 
-// Connections to a server, that each have made a request: every other one over TCP.
+// Connections to a server, that each have made a request: every other one over TCP,
+// or all.
 class Crowd {
 public:
     explicit Crowd(const Addresses& its_server) : server(its_server) {}
