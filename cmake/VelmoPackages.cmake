@@ -41,6 +41,7 @@ through named servers: ports with packets and replies, points with values,
 events, and the arbitration of which program is master.
 
 This package has the shared libraries, and their texts in English and German.")
+set(CPACK_DEBIAN_LIBRARIES_PACKAGE_CONTROL_EXTRA ${debian}/triggers)
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libvelmo-api-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
