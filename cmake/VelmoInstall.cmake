@@ -66,7 +66,7 @@ install(DIRECTORY ${PROJECT_BINARY_DIR}/idl/ DESTINATION ${CMAKE_INSTALL_INCLUDE
 install(DIRECTORY idl/ DESTINATION ${CMAKE_INSTALL_DATADIR}/idl/velmo COMPONENT development
   FILES_MATCHING PATTERN "*.idl")
 install(DIRECTORY examples DESTINATION ${documents} COMPONENT development
-  FILES_MATCHING PATTERN "*.c" PATTERN "*.cpp")
+  FILES_MATCHING PATTERN "*.c" PATTERN "*.cpp" PATTERN "*.h" PATTERN "*.md")
 
 velmo_install_made(development ${CMAKE_INSTALL_LIBDIR}/pkgconfig
   ${packaging}/velmo.pc.in ${packaging}/velmo-cpp.pc.in)
