@@ -49,13 +49,14 @@ protected:
 
     // As its own project does it: the compiler, and what pkg-config says.
     void compile(const std::string& compiler, const std::string& source,
-                 const std::string& package)
+                 const std::string& package, const std::string& standard)
     {
         output_of({"/bin/sh", "-ec",
                    "flags=$(pkg-config --cflags --libs \"$4\")\n"
-                   "\"$1\" \"$2\" -o \"$3\" $flags "
+                   "\"$1\" \"$5\" \"$2\" -o \"$3\" $flags "
                    "-Wl,-rpath,\"$(pkg-config --variable=libdir \"$4\")\"",
-                   "sh", compiler, OUTSIDE "/" + source, output("program"), package},
+                   "sh", compiler, OUTSIDE "/" + source, output("program"), package,
+                   standard},
                   {{"PKG_CONFIG_PATH", installed->path(LIBDIR "/pkgconfig")}});
     }
 
@@ -69,16 +70,22 @@ std::unique_ptr<Installation> Programs::installed;
 
 TEST_P(Programs, InCBuiltThroughPkgConfig)
 {
-    compile(GetParam().c, "program.c", "velmo");
+    compile(GetParam().c, "program.c", "velmo", "-std=c11");
     run("program", installed->root(), "hello level\n" + german_empty_queue);
 }
 
-TEST_P(Programs, InCppBuiltThroughPkgConfig)
+TEST_P(Programs, InCppOnTheLayerBuiltThroughPkgConfig)
+{
+    compile(GetParam().cpp, "layer.cpp", "velmo", "-std=c++17");
+    run("program", installed->root(), "hello\n");
+}
+
+TEST_P(Programs, InCppOnTheClassesBuiltThroughPkgConfig)
 {
     Process broker({"/bin/sh", "-c", "pkg-config --exists " BROKER_PACKAGES});
     if (broker.wait() != 0)
         GTEST_SKIP() << "pkg-config does not know " BROKER_PACKAGES;
-    compile(GetParam().cpp, "program.cpp", "velmo-cpp");
+    compile(GetParam().cpp, "program.cpp", "velmo-cpp", "-std=c++17");
     run("program", installed->root(), german_ok);
 }
 
@@ -95,6 +102,7 @@ TEST_P(Programs, BuiltThroughCMakeFromAMovedInstallation)
                "-DCMAKE_CXX_COMPILER=" + GetParam().cpp, "-DACE_ROOT=" ACE_ROOT_FOLDER});
     output_of({CMAKE, "--build", output("build")});
     run("build/program_c", moved, "hello level\n" + german_empty_queue);
+    run("build/layer", moved, "hello\n");
     run("build/program_cpp", moved, german_ok);
 }
 
@@ -117,11 +125,12 @@ protected:
     }
 };
 
-TEST_P(WithoutBroker, ProgramsInCAreBuilt)
+TEST_P(WithoutBroker, ProgramsOnTheCInterfaceAreBuilt)
 {
     configure("api");
     output_of({CMAKE, "--build", output("build")});
     run("build/program_c", installed->root(), "hello level\n" + german_empty_queue);
+    run("build/layer", installed->root(), "hello\n");
 }
 
 TEST_P(WithoutBroker, CMakeTellsThatItIsMissing)
