@@ -2,6 +2,8 @@
 #
 #   velmo_broker                     broker and ACE: headers, definitions, libraries of a client
 #   velmo_broker_server              in addition what a server needs
+#   VELMO_BROKER_PACKAGES            the names by which pkg-config knows what a client needs
+#   VELMO_BROKER_LINK_OPTIONS        what programs in C need, to be linked with the library
 #   velmo_idl_sources(VAR FILE.idl)  rules that make the stubs of an IDL file
 
 set(_velmo_orbs auto TAO omniORB)
@@ -29,10 +31,15 @@ target_link_libraries(velmo_broker_server INTERFACE velmo_broker)
 if(VELMO_BROKER STREQUAL "TAO")
   target_link_libraries(velmo_broker INTERFACE TAO::client)
   target_link_libraries(velmo_broker_server INTERFACE TAO::server)
-  target_compile_definitions(velmo_broker INTERFACE VELMO_ORB_TAO)
+  target_compile_definitions(velmo_broker INTERFACE $<BUILD_INTERFACE:VELMO_ORB_TAO>)
+  list(JOIN _tao_client " " VELMO_BROKER_PACKAGES)
+  if(ACE_ROOT) # where the linker does not look for what the library's libraries need
+    set(VELMO_BROKER_LINK_OPTIONS -Wl,-rpath-link,${ACE_ROOT}/lib)
+  endif()
 else()
   target_link_libraries(velmo_broker INTERFACE omniORB::omniORB omniORB::ACE)
-  target_compile_definitions(velmo_broker INTERFACE VELMO_ORB_OMNIORB)
+  target_compile_definitions(velmo_broker INTERFACE $<BUILD_INTERFACE:VELMO_ORB_OMNIORB>)
+  set(VELMO_BROKER_PACKAGES "omniORB4 ACE")
 endif()
 
 # velmo_idl_sources(VAR FILE.idl): compiles FILE.idl into FILEC.h and FILEC.cpp (on
