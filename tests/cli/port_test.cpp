@@ -203,9 +203,9 @@ TEST_F(Ports, WaitIsLongerThanTheTimeOutOfACall)
 {
     good("port create box");
     Process wait(
-        velmo_command({"--timeout", "600", "port", "receive", "box", "--wait", "60000"}),
+        velmo_command({"--timeout", "2000", "port", "receive", "box", "--wait", "60000"}),
         plain_environment());
-    EXPECT_EQ(wait.wait(std::chrono::milliseconds(1500)), std::nullopt) << wait.err();
+    EXPECT_EQ(wait.wait(std::chrono::milliseconds(3000)), std::nullopt) << wait.err();
     good("port send box late");
     EXPECT_EQ(wait.wait(), 0) << wait.err();
     EXPECT_EQ(wait.out(), "late");
