@@ -58,7 +58,7 @@ struct Plan {
         ::signal(ignored, SIG_DFL);
     sigset_t none;
     sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
+    pthread_sigmask(SIG_SETMASK, &none, nullptr);
     if (plan.leads_group) {
         setpgid(0, 0);
         prctl(PR_SET_PDEATHSIG, SIGKILL);
