@@ -71,7 +71,10 @@ protected:
         EXPECT_EQ(vl_remove_template_point("p", nullptr, nullptr), VL_OK);
         for (int i = 0; i < 3; ++i) {
             // The server is busy with the crowd: it may take its time.
-            Process another({VELMO_PATH, "--timeout", "20000", "point", "types"});
+            Process another({VELMO_PATH, "point", "types"},
+                            {{"VELMO_NAMING_TIMEOUT_MS", "20000"},
+                             {"VELMO_CONNECT_TIMEOUT_MS", "20000"},
+                             {"VELMO_CALL_TIMEOUT_MS", "20000"}});
             EXPECT_EQ(another.wait(), 0) << another.err();
         }
     }
