@@ -56,8 +56,10 @@ void raise_descriptor_limit()
 
 void keep_freed_memory()
 {
+    // NOLINTBEGIN(concurrency-mt-unsafe): no other thread yet
     mallopt(M_MMAP_THRESHOLD, 4 << 20); // larger blocks are given back at once
     mallopt(M_TRIM_THRESHOLD, 32 << 20);
+    // NOLINTEND(concurrency-mt-unsafe)
 }
 
 void notify_ready(const std::string& status)
