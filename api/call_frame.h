@@ -7,6 +7,7 @@
 #include "api/bad_argument.h"
 #include "api/choose_server.h"
 #include "orb/client.h"
+#include "registry/process_singleton.h"
 #include "registry/registry_use.h"
 #include "util/fork.h"
 #include "vlReferenceContainer.h"
@@ -118,7 +119,9 @@ Result call(const FailureRule<Result>& rule, const char* server_name, const char
 {
     if (util::Fork::is_cut_off())
         return rule.no_reference;
-    vlReferenceContainer* const registry = vlReferenceContainer::instance();
+    // vlReferenceContainer::instance(), inline
+    vlReferenceContainer* const registry =
+        ProcessSingleton<vlReferenceContainer>::instance();
     RegistryReader reader(registry);
     const char* const server = choose_server(reader, server_name);
     if (!server && rule.needs_server)
