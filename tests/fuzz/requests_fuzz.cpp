@@ -72,7 +72,8 @@ World& world()
 // on its connection, and the text of a malformed question for a type.
 extern "C" [[gnu::visibility("default")]] const char* __lsan_default_suppressions()
 {
-    return "leak:omni::giopStrand::acquireServer\nleak:cdrStream::unmarshalRawString\n";
+    return "leak:omni::giopStrand::acquireServer\nleak:omni::giopImpl1*::input\n"
+           "leak:cdrStream::unmarshalRawString\n";
 }
 
 extern "C" int LLVMFuzzerInitialize(int*, char***)
