@@ -63,32 +63,37 @@ struct World {
     Descriptor client;
 };
 
-// How many service contexts a request says that it has; 0 where that is not in it.
-std::uint32_t service_contexts(const std::string& message)
+// A number of four bytes in a message; 0 where it has none there.
+std::uint32_t number_in(const std::string& message, std::size_t at)
 {
     const bool low_byte_first = (message[6] & 1) != 0;
-    const auto number = [&](std::size_t at) {
-        std::uint32_t value = 0;
-        for (std::size_t i = 0; i < 4 && at + 3 < message.size(); ++i)
-            value = value << 8 |
-                    static_cast<unsigned char>(message[at + (low_byte_first ? 3 - i : i)]);
-        return value;
-    };
-    const auto aligned = [](std::size_t at) { return (at + 3) / 4 * 4; };
-    if (message[5] < 2)
-        return number(giop::header_bytes);
+    std::uint32_t value = 0;
+    for (std::size_t i = 0; i < 4 && at + 3 < message.size(); ++i)
+        value = value << 8 |
+                static_cast<unsigned char>(message[at + (low_byte_first ? 3 - i : i)]);
+    return value;
+}
+
+// How many service contexts a request says that it has.
+std::uint32_t service_contexts(const std::string& request)
+{
+    if (request[5] < 2)
+        return number_in(request, giop::header_bytes);
     // Behind the key and the operation, the lengths of which are in front of them.
-    const std::size_t key = giop::header_bytes + 12;
-    const std::size_t operation = aligned(key + 4 + number(key));
-    return number(aligned(operation + 4 + number(operation)));
+    const auto behind = [&](std::size_t at) {
+        return (at + 4 + number_in(request, at) + 3) / 4 * 4;
+    };
+    return number_in(request, behind(behind(giop::header_bytes + 12)));
 }
 
 // omniORB 4.2.5 never comes to an end with a request that is cancelled before its last
-// fragment, and makes room for all the service contexts that a request says to have before
-// it looks whether they are there, be it gigabytes. Nothing of velmod has a part in it.
+// fragment, nor with the cancellation of the last number there is; and it makes room for
+// all the service contexts that a request says to have before it looks whether they are
+// there, be it gigabytes. Nothing of velmod has a part in it.
 bool defeats_the_broker(const std::string& messages)
 {
-    constexpr std::size_t many = 1 << 16;
+    constexpr std::uint32_t many = 1 << 16;
+    constexpr std::uint32_t last_number = 0xFFFFFFFF;
     bool fragmented = false;
     bool cancelled = false;
     for (std::size_t at = messages.find("GIOP"); at < messages.size();
@@ -96,10 +101,14 @@ bool defeats_the_broker(const std::string& messages)
         const std::string message = messages.substr(at);
         if (message.size() < giop::header_bytes)
             break;
-        fragmented |= (message[6] & 2) != 0;
-        cancelled |= message[7] == 2;
-        if (message[7] == 0 && service_contexts(message) > many)
+        const bool is_request = message[7] == 0;
+        const bool is_cancellation = message[7] == 2;
+        if (is_request && service_contexts(message) > many)
             return true;
+        if (is_cancellation && number_in(message, giop::header_bytes) == last_number)
+            return true;
+        fragmented |= (message[6] & 2) != 0;
+        cancelled |= is_cancellation;
     }
     return fragmented && cancelled;
 }
