@@ -22,16 +22,6 @@ namespace {
 
 constexpr const char* naming_key = "NameService";
 
-// Of a message's header.
-constexpr const char* magic = "GIOP";
-constexpr std::size_t minor_version_at = 5;
-constexpr std::size_t flags_at = 6;
-constexpr char low_byte_first = 1;
-constexpr char more_fragments = 2;
-constexpr std::size_t type_at = 7;
-constexpr char request = 0;
-constexpr char cancellation = 2;
-
 server::Options options(const TemporaryFolder& folder)
 {
     server::Options options;
@@ -73,27 +63,16 @@ struct World {
     Descriptor client;
 };
 
-// A number of four bytes in a message; 0 where it has none there.
-std::uint32_t number_in(const std::string& message, std::size_t at)
-{
-    const bool reversed = (message[flags_at] & low_byte_first) != 0;
-    std::uint32_t value = 0;
-    for (std::size_t i = 0; i < 4 && at + 3 < message.size(); ++i)
-        value =
-            value << 8 | static_cast<unsigned char>(message[at + (reversed ? 3 - i : i)]);
-    return value;
-}
-
 // How many service contexts a request says that it has.
 std::uint32_t service_contexts(const std::string& message)
 {
-    if (message[minor_version_at] < 2)
-        return number_in(message, giop::header_bytes);
+    if (message[giop::minor_version_at] < 2)
+        return giop::number_at(message, giop::header_bytes);
     // Behind the key and the operation, the lengths of which are in front of them.
     const auto behind = [&](std::size_t at) {
-        return (at + 4 + number_in(message, at) + 3) / 4 * 4;
+        return (at + 4 + giop::number_at(message, at) + 3) / 4 * 4;
     };
-    return number_in(message, behind(behind(giop::header_bytes + 12)));
+    return giop::number_at(message, behind(behind(giop::header_bytes + 12)));
 }
 
 // omniORB 4.2.5 makes room for all the service contexts that a request says to have before
@@ -101,10 +80,11 @@ std::uint32_t service_contexts(const std::string& message)
 bool takes_gigabytes(const std::string& messages)
 {
     constexpr std::uint32_t many = 1 << 16;
-    for (std::size_t at = messages.find(magic); at < messages.size();
-         at = messages.find(magic, at + 1)) {
+    for (std::size_t at = messages.find(giop::magic); at < messages.size();
+         at = messages.find(giop::magic, at + 1)) {
         const std::string message = messages.substr(at);
-        if (message.size() >= giop::header_bytes && message[type_at] == request &&
+        if (message.size() >= giop::header_bytes &&
+            message[giop::type_at] == giop::request_type &&
             service_contexts(message) > many)
             return true;
     }
@@ -116,12 +96,13 @@ bool takes_gigabytes(const std::string& messages)
 // have what it copes with.
 std::string first_alone(const std::string& messages)
 {
-    std::string first = messages.substr(0, messages.find(magic, 1));
+    std::string first = messages.substr(0, messages.find(giop::magic, 1));
     if (first.size() < giop::header_bytes)
         return first;
-    first[flags_at] = static_cast<char>(first[flags_at] & ~more_fragments);
-    if (first[type_at] == cancellation)
-        first[type_at] = request;
+    first[giop::flags_at] =
+        static_cast<char>(first[giop::flags_at] & ~giop::more_fragments);
+    if (first[giop::type_at] == giop::cancellation_type)
+        first[giop::type_at] = giop::request_type;
     return first;
 }
 

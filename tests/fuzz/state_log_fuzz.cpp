@@ -6,11 +6,10 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <fstream>
 #include <string>
 
 #include "tests/fuzz/require.h"
-#include "tests/server/journal/kept_realm.h"
+#include "tests/server/journal/groups.h"
 #include "tests/support/temporary_folder.h"
 
 using namespace velmo;
@@ -19,29 +18,6 @@ using tests::require;
 namespace {
 
 constexpr int groups = 6;
-constexpr std::size_t large_bytes = 5000; // more than a page
-
-// As tests expect it of a group: nothing that another one wrote is mixed in.
-model::Data large_of(int group)
-{
-    return tests::binary(large_bytes, static_cast<std::size_t>(group));
-}
-
-std::string read(const std::filesystem::path& file)
-{
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
-void write(const std::filesystem::path& file, const std::string& bytes)
-{
-    std::ofstream(file, std::ios::binary | std::ios::trunc) << bytes;
-}
-
-std::filesystem::path log_of(const std::filesystem::path& folder)
-{
-    return journal::state_file(folder, "S").string() + "-wal";
-}
 
 // The files of a server that was killed after its last group.
 struct Left {
@@ -49,17 +25,11 @@ struct Left {
     {
         const tests::TemporaryFolder folder;
         tests::KeptRealm realm(folder.path());
-        for (int group = 1; group <= groups; ++group) {
-            std::string problem;
-            const std::string number = std::to_string(group);
-            require(realm->points.restore({{"p", "text", "", tests::bytes_of(number)},
-                                           {"large", "bytes", "", large_of(group)}},
-                                          problem) == VL_OK,
-                    "points are taken");
-            require(realm.confirmed(), "points are written");
-        }
-        state = read(journal::state_file(folder.path(), "S"));
-        log = read(log_of(folder.path()));
+        for (int group = 1; group <= groups; ++group)
+            require(tests::write_group(realm, group), "groups are written");
+        const std::filesystem::path file = journal::state_file(folder.path(), "S");
+        state = tests::read_file(file);
+        log = tests::read_file(tests::log_of(file));
     }
 
     std::string state;
@@ -127,7 +97,7 @@ void check(tests::KeptRealm& realm)
         return; // before the first one
     const int group = std::stoi(model::as_text(number));
     require(group >= 1 && group <= groups, "the group is one that was written");
-    require(*large == *large_of(group), "what a group wrote belongs together");
+    require(*large == *tests::large_of(group), "what a group wrote belongs together");
 }
 
 } // namespace
@@ -138,15 +108,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const tests::TemporaryFolder folder;
     std::string log = left.log;
     Steps(bytes, size).damage(log);
-    write(journal::state_file(folder.path(), "S"), left.state);
-    write(log_of(folder.path()), log);
+    const std::filesystem::path file = journal::state_file(folder.path(), "S");
+    tests::write_file(file, left.state);
+    tests::write_file(tests::log_of(file), log);
     try {
         tests::KeptRealm realm(folder.path());
         check(realm);
     } catch (const store::StoreError& error) {
         require(std::string(error.what()).find("S.state") != std::string::npos,
                 "a log is refused by its name");
-        require(read(journal::state_file(folder.path(), "S")) == left.state,
+        require(tests::read_file(file) == left.state,
                 "files that are refused are left alone");
     }
     return 0;

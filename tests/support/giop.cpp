@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdint>
 
 #include "tests/support/loopback.h"
 
@@ -13,25 +12,16 @@ namespace velmo::tests::giop {
 
 namespace {
 
-constexpr const char* magic = "GIOP"; // every message begins with it
-constexpr std::size_t flags_at = 6;   // bit 0: the low byte comes first
-constexpr std::size_t size_at = 8;
-
-bool low_byte_first(const std::string& message)
+// The position of the byte of a number that counts 256 to this power.
+std::size_t byte_of(const std::string& message, std::size_t at, std::size_t power)
 {
-    return (message[flags_at] & 1) != 0;
-}
-
-// The position of the size's byte that counts 256 to this power.
-std::size_t byte_of_size(const std::string& message, std::size_t power)
-{
-    return size_at + (low_byte_first(message) ? power : 3 - power);
+    return at + ((message[flags_at] & low_byte_first) != 0 ? power : 3 - power);
 }
 
 void set_body_size(std::string& message, std::size_t size)
 {
     for (std::size_t power = 0; power < 4; ++power)
-        message[byte_of_size(message, power)] = static_cast<char>(size >> 8 * power);
+        message[byte_of(message, size_at, power)] = static_cast<char>(size >> 8 * power);
 }
 
 bool receive_exactly(const Descriptor& connection, std::size_t count, std::string& bytes)
@@ -57,14 +47,19 @@ void append(std::string& body, const std::string& bytes)
 
 } // namespace
 
+std::uint32_t number_at(const std::string& message, std::size_t at)
+{
+    std::uint32_t number = 0;
+    for (std::size_t power = 0; power < 4 && at + 3 < message.size(); ++power)
+        number |= static_cast<std::uint32_t>(
+                      static_cast<unsigned char>(message[byte_of(message, at, power)]))
+                  << 8 * power;
+    return number;
+}
+
 std::size_t body_size(const std::string& message)
 {
-    std::size_t size = 0;
-    for (std::size_t power = 0; power < 4; ++power)
-        size += static_cast<std::size_t>(
-                    static_cast<unsigned char>(message[byte_of_size(message, power)]))
-                << 8 * power;
-    return size;
+    return number_at(message, size_at);
 }
 
 void correct_body_sizes(std::string& messages)

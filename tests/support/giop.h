@@ -3,13 +3,29 @@
 #define VELMO_TESTS_SUPPORT_GIOP_H
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 #include "tests/support/process.h"
 
 namespace velmo::tests::giop {
 
+constexpr const char* magic = "GIOP"; // every message begins with it
 constexpr std::size_t header_bytes = 12;
+
+// Where the header has what, and what is told apart by it.
+constexpr std::size_t minor_version_at = 5;
+constexpr std::size_t flags_at = 6;
+constexpr char low_byte_first = 1;
+constexpr char more_fragments = 2;
+constexpr std::size_t type_at = 7;
+constexpr char request_type = 0;
+constexpr char cancellation_type = 2;
+constexpr std::size_t size_at = 8;
+
+// A number of four bytes in the message's byte order; 0 where the message ends before it
+// does. The header must be complete.
+std::uint32_t number_at(const std::string& message, std::size_t at);
 
 // What the header says of the bytes that follow it. The header must be complete.
 std::size_t body_size(const std::string& message);

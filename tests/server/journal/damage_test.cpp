@@ -1,11 +1,10 @@
 // A state file that was cut or changed from outside: the last write may be torn, all
 // before it may not.
 #include <cstdlib>
-#include <fstream>
 
 #include <gtest/gtest.h>
 
-#include "tests/server/journal/kept_realm.h"
+#include "tests/server/journal/groups.h"
 #include "tests/support/temporary_folder.h"
 
 using namespace velmo;
@@ -22,17 +21,6 @@ const bool in_memory = [] {
     return fs::is_directory("/dev/shm") && setenv("TMPDIR", "/dev/shm", 0) == 0;
 }();
 
-std::string read(const fs::path& file)
-{
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
-void write(const fs::path& file, const std::string& bytes)
-{
-    std::ofstream(file, std::ios::binary) << bytes;
-}
-
 // The files as a server leaves them behind that is killed after its last group.
 class Damage : public ::testing::Test {
 protected:
@@ -41,22 +29,15 @@ protected:
         const TemporaryFolder origin;
         KeptRealm realm(origin.path());
         const fs::path file = journal::state_file(origin.path(), "S");
-        const auto length = [&] { return fs::file_size(file.string() + "-wal"); };
+        const auto length = [&] { return fs::file_size(log_of(file)); };
         EXPECT_TRUE(realm.confirmed());
         ends.push_back(length());
         for (int i = 1; i <= groups; ++i) {
-            // A group of several pages.
-            std::string problem;
-            EXPECT_EQ(realm->points.restore({{"p", "text", "", bytes_of(std::to_string(i))},
-                                             {"large", "bytes", "",
-                                              binary(9000, static_cast<std::size_t>(i))}},
-                                            problem),
-                      VL_OK);
-            EXPECT_TRUE(realm.confirmed());
+            EXPECT_TRUE(write_group(realm, i));
             ends.push_back(length());
         }
-        state = read(file);
-        log = read(file.string() + "-wal");
+        state = read_file(file);
+        log = read_file(log_of(file));
     }
 
     // What is found with such a log: the number of the last group, or why not.
@@ -64,8 +45,8 @@ protected:
     {
         const TemporaryFolder folder;
         const fs::path file = journal::state_file(folder.path(), "S");
-        write(file, a_state);
-        write(file.string() + "-wal", a_log);
+        write_file(file, a_state);
+        write_file(log_of(file), a_log);
         try {
             KeptRealm realm(folder.path());
             model::Data value;
@@ -74,7 +55,7 @@ protected:
             const std::string number = model::as_text(value);
             model::Data large;
             EXPECT_EQ(realm->points.get("large", large), VL_OK);
-            EXPECT_TRUE(*large == *binary(9000, std::stoul(number))) << "a mixture";
+            EXPECT_TRUE(*large == *large_of(std::stoi(number))) << "a mixture";
             return number;
         } catch (const store::StoreError& error) {
             return error.what();
@@ -154,12 +135,12 @@ TEST_F(Damage, AnywhereInTheFileItIsRefusedOrOfNoConsequence)
     // A restart puts all of it into the file.
     const TemporaryFolder folder;
     const fs::path file = journal::state_file(folder.path(), "S");
-    write(file, state);
-    write(file.string() + "-wal", log);
+    write_file(file, state);
+    write_file(log_of(file), log);
     {
         KeptRealm realm(folder.path());
     }
-    const std::string whole = read(file);
+    const std::string whole = read_file(file);
     ASSERT_EQ(found_with("", whole), std::to_string(groups));
     std::size_t refused = 0;
     for (std::size_t at = 0; at < whole.size(); at += in_memory ? 211 : 4099) {
@@ -171,7 +152,7 @@ TEST_F(Damage, AnywhereInTheFileItIsRefusedOrOfNoConsequence)
     }
     EXPECT_GT(refused, 0u);
     // A byte within a value, where SQLite itself does not notice.
-    const model::Data large = binary(9000, groups);
+    const model::Data large = large_of(groups);
     const std::string part(large->begin() + 5000, large->begin() + 5100);
     const std::size_t at = whole.find(part);
     ASSERT_NE(at, std::string::npos);
@@ -184,9 +165,9 @@ TEST_F(Damage, AnotherProgramsFileIsLeftAlone)
     const TemporaryFolder folder;
     const fs::path file = journal::state_file(folder.path(), "S");
     const std::string text(5000, 'x');
-    write(file, text);
+    write_file(file, text);
     EXPECT_THROW(KeptRealm(folder.path()), store::StoreError);
-    EXPECT_EQ(read(file), text);
+    EXPECT_EQ(read_file(file), text);
 }
 
 } // namespace
