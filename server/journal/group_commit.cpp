@@ -12,8 +12,10 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 // Clients that have just been answered mostly come again at once: a write waits for them
-// for this part of the time that it takes itself, and so serves them all.
+// for this part of the time that it takes itself, and so serves them all. A quick write
+// does not: while it serves those that have come during the last one, the others come.
 constexpr int part_to_gather = 4;
+constexpr std::chrono::microseconds shortest_gathering{100};
 constexpr std::chrono::microseconds longest_gathering{1000};
 
 std::chrono::microseconds time_since(Clock::time_point begin)
@@ -23,7 +25,7 @@ std::chrono::microseconds time_since(Clock::time_point begin)
 
 } // namespace
 
-thread_local GroupCommit::SharedGroup GroupCommit::awaited;
+thread_local GroupCommit::Result GroupCommit::awaited;
 
 GroupCommit::GroupCommit(Storage& its_storage, std::chrono::milliseconds its_retry)
     : storage(its_storage), retry(its_retry), thread([this] { run(); })
@@ -38,23 +40,26 @@ GroupCommit::~GroupCommit()
     }
     wake.notify_one();
     thread.join();
-    open->result = OBJECT_PATCH_FAI;
+    open->answer.set_value(OBJECT_PATCH_FAI);
 }
 
 // --------------------------------------------------------------- clients
 
 void GroupCommit::append(RealmKey realm, model::Changes changes)
 {
-    const Lock lock(mutex);
+    Lock lock(mutex);
     Entries& entries = open->entries;
+    const bool first = entries.empty();
     const std::size_t size = entries.size() + changes.size();
     if (size > entries.capacity()) // first, so that nothing fails in the middle
         entries.reserve(std::max(size, 2 * entries.capacity()));
     for (model::Change& change : changes)
         entries.push_back({realm, std::move(change)});
-    ++open->appended;
-    last = awaited = open;
-    wake.notify_one();
+    last = awaited = open->result;
+    const bool last_expected = ++open->appended == expected;
+    lock.unlock();
+    if (first || last_expected) // to wake the thread takes longer than all else here
+        wake.notify_one();
 }
 
 void GroupCommit::rely()
@@ -78,12 +83,12 @@ void GroupCommit::end_together()
 
 vl_result GroupCommit::confirm()
 {
-    const SharedGroup group = std::exchange(awaited, nullptr);
-    if (!group)
+    const Result result = std::exchange(awaited, {});
+    if (!result.valid())
         return VL_OK;
-    Lock lock(mutex);
-    group->settled.wait(lock, [&] { return group->result || failing; });
-    return group->result.value_or(OBJECT_PATCH_FAI);
+    const bool written =
+        result.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+    return failing && !written ? OBJECT_PATCH_FAI : result.get();
 }
 
 Status GroupCommit::status() const
@@ -104,7 +109,7 @@ void GroupCommit::run()
         wake.wait(lock, [this] { return together == 0; });
         if (stopping && unwritten.empty() && open->entries.empty())
             return;
-        const SharedGroup group = std::exchange(open, std::make_shared<Group>());
+        const std::unique_ptr<Group> group = std::exchange(open, std::make_unique<Group>());
         if (write(lock, *group))
             continue;
         if (stopping)
@@ -116,7 +121,9 @@ void GroupCommit::run()
 void GroupCommit::gather(Lock& lock)
 {
     const auto limit = std::min(usual_time / part_to_gather, longest_gathering);
-    wake.wait_for(lock, limit, [this] { return stopping || open->appended >= expected; });
+    if (limit >= shortest_gathering)
+        wake.wait_for(lock, limit,
+                      [this] { return stopping || open->appended >= expected; });
 }
 
 bool GroupCommit::write(Lock& lock, Group& group)
@@ -165,8 +172,7 @@ void GroupCommit::succeeded(Group& group, std::size_t changes,
     failing = false;
     usual_time = (usual_time * 7 + time) / 8;
     expected = group.appended + open->appended;
-    group.result = VL_OK;
-    group.settled.notify_all();
+    group.answer.set_value(VL_OK);
 }
 
 void GroupCommit::failed(Group& group, const std::string& reason)
@@ -177,12 +183,10 @@ void GroupCommit::failed(Group& group, const std::string& reason)
     state.failing = reason;
     failing = true;
     // Who has come meanwhile is not kept waiting for what may take long to mend.
-    const SharedGroup come = std::exchange(open, std::make_shared<Group>());
+    const std::unique_ptr<Group> come = std::exchange(open, std::make_unique<Group>());
     take(*come);
-    for (Group* each : {&group, come.get()}) {
-        each->result = OBJECT_PATCH_FAI;
-        each->settled.notify_all();
-    }
+    group.answer.set_value(OBJECT_PATCH_FAI);
+    come->answer.set_value(OBJECT_PATCH_FAI);
 }
 
 } // namespace velmo::journal

@@ -15,9 +15,9 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <future>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <thread>
 
@@ -64,15 +64,15 @@ public:
 
 private:
     using Lock = std::unique_lock<std::mutex>;
+    using Result = std::shared_future<vl_result>;
 
     // What goes to the disk by one write.
     struct Group {
         Entries entries;
-        std::size_t appended = 0;        // calls of append()
-        std::optional<vl_result> result; // of confirm(); every group gets one
-        std::condition_variable settled;
+        std::size_t appended = 0;       // calls of append()
+        std::promise<vl_result> answer; // to confirm(); every group gets one
+        Result result{answer.get_future()};
     };
-    using SharedGroup = std::shared_ptr<Group>;
 
     void run();
     void gather(Lock& lock);
@@ -81,17 +81,17 @@ private:
     void failed(Group& group, const std::string& reason);
     void take(Group& group);
 
-    // The group of the last append, or of the last one that this thread relies on.
-    static thread_local SharedGroup awaited;
+    // Of the last append, or of the last one that this thread relies on.
+    static thread_local Result awaited;
 
     Storage& storage;
     const std::chrono::milliseconds retry;
 
     mutable std::mutex mutex;
     std::condition_variable wake; // of the thread
-    SharedGroup open = std::make_shared<Group>();
-    SharedGroup last = open;  // that anything was appended to
-    std::size_t expected = 0; // appends in a group, as far as one can tell
+    std::unique_ptr<Group> open = std::make_unique<Group>();
+    Result last = open->result; // of the last append
+    std::size_t expected = 0;   // appends in a group, as far as one can tell
     int together = 0;
     bool stopping = false;
     std::atomic<bool> failing{false};

@@ -175,6 +175,13 @@ TEST_F(GroupCommitTest, TheDiskHasThemInTheOrderOfTheCalls)
     EXPECT_EQ(found, expected);
 }
 
+TEST_F(GroupCommitTest, AChangeBehindAnAppendOfNoneIsWritten)
+{
+    commit->append(1, {});
+    EXPECT_EQ(change("a"), VL_OK);
+    EXPECT_EQ(disk.written(), (Disk::Groups{{"a"}}));
+}
+
 TEST_F(GroupCommitTest, WhatIsToBeKeptTogetherIsOneWrite)
 {
     journal::RealmJournal realm(*commit, 1);
