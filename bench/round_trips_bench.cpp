@@ -2,7 +2,9 @@
 // and at the peers.
 //
 //     round_trips_bench [BYTES]    for this size alone
+#include <algorithm>
 #include <functional>
+#include <iterator>
 #include <map>
 
 #include "bench/contenders/contender.h"
@@ -44,7 +46,7 @@ struct Competitors {
 using Times = std::map<std::string, std::vector<double>>; // of each turn, by contender
 
 void print_rows(const std::string& operation, std::size_t bytes, Transport transport,
-                Times& times)
+                Times times)
 {
     nlohmann::json more = {
         {"operation", operation}, {"bytes", bytes}, {"transport", in_words(transport)}};
@@ -64,6 +66,19 @@ void print_rows(const std::string& operation, std::size_t bytes, Transport trans
         row("raw", bytes == large && transport == Transport::tcp
                        ? bar(most_over_raw, "lower")
                        : nlohmann::json::object());
+}
+
+// A call of the one operation and one of the other: there and back, as a bare socket's
+// pace is mostly told.
+Times there_and_back(const Times& there, const Times& back)
+{
+    Times both;
+    for (const char* contender : {"velmo", "raw"}) {
+        const std::vector<double>& first = there.at(contender);
+        std::transform(first.begin(), first.end(), back.at(contender).begin(),
+                       std::back_inserter(both[contender]), std::plus<>());
+    }
+    return both;
 }
 
 // What is sent has to be taken out again, and what is taken sent before: two operations
@@ -89,6 +104,9 @@ void measure_pair(Competitors& competitors, Transport transport, std::size_t byt
         }
     print_rows(first.first, bytes, transport, times_of_first);
     print_rows(second.first, bytes, transport, times_of_second);
+    if (bytes == large && !without_raw)
+        print_rows(first.first + " and " + second.first, bytes, transport,
+                   there_and_back(times_of_first, times_of_second));
 }
 
 } // namespace
