@@ -38,7 +38,8 @@ GroupCommit::~GroupCommit()
         const Lock lock(mutex);
         stopping = true;
     }
-    wake.notify_one();
+    work.notify_one();
+    complete.notify_one();
     thread.join();
     open->answer.set_value(OBJECT_PATCH_FAI);
 }
@@ -57,9 +58,13 @@ void GroupCommit::append(RealmKey realm, model::Changes changes)
         entries.push_back({realm, std::move(change)});
     last = awaited = open->result;
     const bool last_expected = ++open->appended == expected;
+    const bool idle = !writing;
     lock.unlock();
-    if (first || last_expected) // to wake the thread takes longer than all else here
-        wake.notify_one();
+    // To wake a thread takes longer than all else here.
+    if (first && idle)
+        work.notify_one();
+    if (last_expected)
+        complete.notify_one();
 }
 
 void GroupCommit::rely()
@@ -78,7 +83,7 @@ void GroupCommit::end_together()
 {
     const Lock lock(mutex);
     --together;
-    wake.notify_one();
+    complete.notify_one();
 }
 
 vl_result GroupCommit::confirm()
@@ -86,9 +91,14 @@ vl_result GroupCommit::confirm()
     const Result result = std::exchange(awaited, {});
     if (!result.valid())
         return VL_OK;
-    const bool written =
-        result.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
-    return failing && !written ? OBJECT_PATCH_FAI : result.get();
+    const auto is_there = [&result] {
+        return result.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+    };
+    Lock lock(mutex);
+    if (!is_there() && !writing && !failing)
+        write_group(lock);
+    lock.unlock();
+    return failing && !is_there() ? OBJECT_PATCH_FAI : result.get();
 }
 
 Status GroupCommit::status() const
@@ -103,27 +113,43 @@ void GroupCommit::run()
 {
     Lock lock(mutex);
     for (;;) {
-        wake.wait(lock, [this] { return stopping || failing || !open->entries.empty(); });
-        if (!failing)
-            gather(lock);
-        wake.wait(lock, [this] { return together == 0; });
+        work.wait(lock, [this] {
+            return !writing && (stopping || failing || !open->entries.empty());
+        });
         if (stopping && unwritten.empty() && open->entries.empty())
             return;
-        const std::unique_ptr<Group> group = std::exchange(open, std::make_unique<Group>());
-        if (write(lock, *group))
+        if (write_group(lock))
             continue;
         if (stopping)
             return;
-        wake.wait_for(lock, retry, [this] { return stopping; });
+        work.wait_for(lock, retry, [this] { return stopping; });
     }
+}
+
+// --------------------------------------------------------------- writing
+
+// Nothing passes on that would leave the others waiting: without memory for a few bytes the
+// process ends.
+bool GroupCommit::write_group(Lock& lock) noexcept
+{
+    writing = true;
+    if (!failing)
+        gather(lock);
+    complete.wait(lock, [this] { return together == 0; });
+    const std::unique_ptr<Group> group = std::exchange(open, std::make_unique<Group>());
+    const bool written = write(lock, *group);
+    writing = false;
+    if (stopping || failing || !open->entries.empty())
+        work.notify_one();
+    return written;
 }
 
 void GroupCommit::gather(Lock& lock)
 {
     const auto limit = std::min(usual_time / part_to_gather, longest_gathering);
     if (limit >= shortest_gathering)
-        wake.wait_for(lock, limit,
-                      [this] { return stopping || open->appended >= expected; });
+        complete.wait_for(lock, limit,
+                          [this] { return stopping || open->appended >= expected; });
 }
 
 bool GroupCommit::write(Lock& lock, Group& group)

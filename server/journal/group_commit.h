@@ -3,7 +3,9 @@
 //
 // A change is made in memory first, then appended here, under the lock that orders it;
 // the client is answered when the change is on the disk. So the disk has them in the order
-// of the locks, and what is based on a change never gets there before it.
+// of the locks, and what is based on a change never gets there before it. A client that
+// finds nobody writing writes itself, which is soonest; a thread writes what has come
+// meanwhile, what nobody waits for, and again what has failed.
 //
 // When a write fails, nobody is told that a change is safe which is not: whoever waits gets
 // OBJECT_PATCH_FAI, and so does at once who would change more. What has been changed in
@@ -75,6 +77,7 @@ private:
     };
 
     void run();
+    bool write_group(Lock& lock) noexcept;
     void gather(Lock& lock);
     bool write(Lock& lock, Group& group);
     void succeeded(Group& group, std::size_t changes, std::chrono::microseconds time);
@@ -88,16 +91,18 @@ private:
     const std::chrono::milliseconds retry;
 
     mutable std::mutex mutex;
-    std::condition_variable wake; // of the thread
+    std::condition_variable work;     // for the thread
+    std::condition_variable complete; // for whoever writes: perhaps the group is
     std::unique_ptr<Group> open = std::make_unique<Group>();
     Result last = open->result; // of the last append
     std::size_t expected = 0;   // appends in a group, as far as one can tell
     int together = 0;
+    bool writing = false; // whoever sets it
     bool stopping = false;
     std::atomic<bool> failing{false};
     Status state;
 
-    Entries unwritten;                       // of the thread
+    Entries unwritten;                       // of whoever writes
     std::chrono::microseconds usual_time{0}; // of a write, likewise
     std::thread thread;
 };
