@@ -90,12 +90,14 @@ void measure_pair(Competitors& competitors, Transport transport, std::size_t byt
     Bytes data(bytes, 'x');
     Times times_of_first, times_of_second;
     for (int turn = -1; turn < turns; ++turn) // the first is not counted
-        for (auto& [name, client] : competitors.clients) {
+        for (const auto& entry : competitors.clients) {
+            const std::string& name = entry.first;
+            Client& client = *entry.second;
             if (without_raw && name == "raw")
                 continue;
             const auto timed = [&](const Operation& operation, Times& times) {
                 const double time =
-                    time_of(calls_of(bytes), [&] { operation(*client, data); });
+                    time_of(calls_of(bytes), [&] { operation(client, data); });
                 if (turn >= 0)
                     times[name].push_back(time);
             };
