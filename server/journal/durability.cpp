@@ -9,7 +9,7 @@ Durability::Durability(const std::filesystem::path& folder, const std::string& s
                        const std::function<void(model::Realm&)>& begin)
     : state(folder, server)
 {
-    // All of them are read before the first one writes: that is another thread's work.
+    // All of them are read before the first one writes: that may be another thread's work.
     for (const auto& realm : realms)
         recover(*realm);
     for (Kept& kept : all)
