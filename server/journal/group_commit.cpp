@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
+#include <utility>
 
 #include "server/log.h"
 
@@ -48,6 +50,8 @@ GroupCommit::~GroupCommit()
 
 void GroupCommit::append(RealmKey realm, model::Changes changes)
 {
+    if (changes.empty())
+        return;
     Lock lock(mutex);
     Entries& entries = open->entries;
     const bool first = entries.empty();
@@ -86,19 +90,24 @@ void GroupCommit::end_together()
     complete.notify_one();
 }
 
+void GroupCommit::forget()
+{
+    awaited = {};
+}
+
 vl_result GroupCommit::confirm()
 {
     const Result result = std::exchange(awaited, {});
     if (!result.valid())
         return VL_OK;
-    const auto is_there = [&result] {
+    const auto answered = [&result] {
         return result.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
     };
     Lock lock(mutex);
-    if (!is_there() && !writing && !failing)
+    if (!answered() && !writing && !failing) // then it is the open group's
         write_group(lock);
     lock.unlock();
-    return failing && !is_there() ? OBJECT_PATCH_FAI : result.get();
+    return failing && !answered() ? OBJECT_PATCH_FAI : result.get();
 }
 
 Status GroupCommit::status() const
@@ -116,19 +125,18 @@ void GroupCommit::run()
         work.wait(lock, [this] {
             return !writing && (stopping || failing || !open->entries.empty());
         });
+        if (failing) // nobody else writes then
+            work.wait_for(lock, retry, [this] { return stopping; });
         if (stopping && unwritten.empty() && open->entries.empty())
             return;
-        if (write_group(lock))
-            continue;
-        if (stopping)
+        if (!write_group(lock) && stopping)
             return;
-        work.wait_for(lock, retry, [this] { return stopping; });
     }
 }
 
 // --------------------------------------------------------------- writing
 
-// Nothing passes on that would leave the others waiting: without memory for a few bytes the
+// What went on from here would leave the others waiting for ever: without memory the
 // process ends.
 bool GroupCommit::write_group(Lock& lock) noexcept
 {
@@ -157,22 +165,22 @@ bool GroupCommit::write(Lock& lock, Group& group)
     lock.unlock();
     take(group);
     const Clock::time_point begin = Clock::now();
-    std::string problem;
+    std::optional<std::string> problem;
     try {
         storage.write(unwritten);
     } catch (const std::exception& error) {
-        problem = error.what();
+        problem = *error.what() ? error.what() : "unknown";
     }
     const std::chrono::microseconds time = time_since(begin);
     const std::size_t changes = unwritten.size();
-    if (problem.empty())
+    if (!problem)
         unwritten.clear(); // others append meanwhile
     lock.lock();
-    if (problem.empty())
-        succeeded(group, changes, time);
+    if (problem)
+        failed(group, *problem);
     else
-        failed(group, problem);
-    return problem.empty();
+        succeeded(group, changes, time);
+    return !problem;
 }
 
 // Of a group that nothing is appended to any more.

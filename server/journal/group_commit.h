@@ -58,9 +58,12 @@ public:
     // Whether changes are taken at present: VL_OK or OBJECT_PATCH_FAI.
     vl_result admit() const { return failing ? OBJECT_PATCH_FAI : VL_OK; }
 
-    // Waits until everything that this thread has appended, or relies on, is on the disk.
+    // Writes what this thread has appended, or relies on, or waits until it is on the disk.
     //   OBJECT_PATCH_FAI  it is not; it may get there later on
     vl_result confirm();
+
+    // What this thread has appended, or relies on, is nothing to wait for: another call's.
+    static void forget();
 
     Status status() const;
 
@@ -84,7 +87,8 @@ private:
     void failed(Group& group, const std::string& reason);
     void take(Group& group);
 
-    // Of the last append, or of the last one that this thread relies on.
+    // Of the last append, or of the last one that this thread relies on; whatever
+    // journal's.
     static thread_local Result awaited;
 
     Storage& storage;
@@ -92,12 +96,12 @@ private:
 
     mutable std::mutex mutex;
     std::condition_variable work;     // for the thread
-    std::condition_variable complete; // for whoever writes: perhaps the group is
+    std::condition_variable complete; // for whoever writes: the group may be
     std::unique_ptr<Group> open = std::make_unique<Group>();
-    Result last = open->result; // of the last append
-    std::size_t expected = 0;   // appends in a group, as far as one can tell
+    Result last;              // of the last append
+    std::size_t expected = 0; // appends in a group, as far as one can tell
     int together = 0;
-    bool writing = false; // whoever sets it
+    bool writing = false; // cleared by who has set it
     bool stopping = false;
     std::atomic<bool> failing{false};
     Status state;

@@ -185,7 +185,7 @@ void StateFile::write(const Entries& entries)
         for (const Entry& entry : entries)
             writer->write(entry);
         transaction.commit();
-    } catch (const store::StoreError&) {
+    } catch (const std::exception&) { // with statements that are half bound, perhaps
         writer.reset();
         throw;
     }

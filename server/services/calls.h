@@ -61,6 +61,8 @@ private:
     template <class Body>
     CORBA::Long code_of(metrics::Operation operation, Body& body) const
     {
+        if (journal)
+            journal->forget();
         const bool kept = journal && changes(operation);
         if (const vl_result taken = kept ? journal->admit() : VL_OK; taken != VL_OK)
             return taken;

@@ -1,6 +1,8 @@
 // Who is answered when, and what is written together.
+#include <atomic>
 #include <functional>
 #include <future>
+#include <optional>
 #include <stdexcept>
 #include <thread>
 
@@ -175,6 +177,37 @@ TEST_F(GroupCommitTest, TheDiskHasThemInTheOrderOfTheCalls)
     EXPECT_EQ(found, expected);
 }
 
+TEST_F(GroupCommitTest, WhoFindsNobodyWritingWritesItself)
+{
+    std::atomic<int> by_client{0};
+    disk.before_a_write([&by_client, client = std::this_thread::get_id()] {
+        by_client += std::this_thread::get_id() == client;
+    });
+    for (int i = 0; i < 1000 && by_client == 0; ++i) // the thread may be sooner
+        EXPECT_EQ(change("a"), VL_OK);
+    EXPECT_GT(by_client, 0);
+}
+
+TEST_F(GroupCommitTest, AnAppendOfNothingIsNothingToWaitFor)
+{
+    hold();
+    auto other = changing("a");
+    ASSERT_TRUE(gate.reached_by(1));
+    commit->append(1, {});
+    EXPECT_EQ(commit->confirm(), VL_OK);
+    gate.open();
+    EXPECT_EQ(other.get(), VL_OK);
+}
+
+TEST_F(GroupCommitTest, WhatAnEarlierCallHasLeftIsForgotten)
+{
+    disk.set_full(true);
+    commit->append(1, removal("a"));
+    ASSERT_TRUE(eventually([&] { return commit->admit() == OBJECT_PATCH_FAI; }));
+    commit->forget();
+    EXPECT_EQ(commit->confirm(), VL_OK);
+}
+
 TEST_F(GroupCommitTest, AChangeBehindAnAppendOfNoneIsWritten)
 {
     commit->append(1, {});
@@ -194,6 +227,26 @@ TEST_F(GroupCommitTest, WhatIsToBeKeptTogetherIsOneWrite)
     }
     EXPECT_EQ(commit->confirm(), VL_OK);
     EXPECT_EQ(disk.written(), (Disk::Groups{{"a", "b"}}));
+}
+
+TEST_F(GroupCommitTest, WhatOthersAppendMeanwhileWaitsForWhatIsToBeKeptTogether)
+{
+    journal::RealmJournal realm(*commit, 1);
+    std::optional<model::Together> whole(std::in_place, &realm);
+    realm.append(removal("a"));
+    auto other = std::async(std::launch::async, [this] {
+        commit->append(1, removal("b"));
+        gate_of_others.pass();
+        return commit->confirm();
+    });
+    ASSERT_TRUE(gate_of_others.reached_by(1));
+    gate_of_others.open();
+    EXPECT_TRUE(waits(other));
+    realm.append(removal("c"));
+    whole.reset();
+    EXPECT_EQ(other.get(), VL_OK);
+    EXPECT_EQ(commit->confirm(), VL_OK);
+    EXPECT_EQ(disk.written(), (Disk::Groups{{"a", "b", "c"}}));
 }
 
 TEST_F(GroupCommitTest, WhoReliesOnAChangeOfAnotherWaitsForIt)
@@ -221,6 +274,25 @@ TEST_F(GroupCommitTest, AFailureIsToldAndMoreIsRefused)
     EXPECT_EQ(commit->status().failing, "no room");
     EXPECT_GE(commit->status().failures, 1u);
     EXPECT_TRUE(disk.written().empty());
+}
+
+TEST_F(GroupCommitTest, AFailureWithoutAReasonIsOneAsWell)
+{
+    disk.before_a_write([] { throw std::runtime_error(""); });
+    EXPECT_EQ(change("a"), OBJECT_PATCH_FAI);
+    EXPECT_EQ(commit->status().failing, "unknown");
+}
+
+TEST_F(GroupCommitTest, AFailedWriteIsTriedAgainAfterItsTimeOnly)
+{
+    commit.emplace(disk, std::chrono::hours(1));
+    disk.set_full(true);
+    EXPECT_EQ(change("a"), OBJECT_PATCH_FAI);
+    std::this_thread::sleep_for(soon); // what would be wrong may happen
+    EXPECT_EQ(disk.tried(), 1);
+    disk.set_full(false);
+    commit.reset();
+    EXPECT_EQ(disk.written(), (Disk::Groups{{"a"}})) << "the end tries once more";
 }
 
 TEST_F(GroupCommitTest, WhoComesDuringAWriteThatFailsIsToldAsWell)
