@@ -149,7 +149,7 @@ private:
             if (node.type() == pugi::node_element)
                 take(node);
             else
-                settings::refuse_text(node, line_of(node));
+                settings::refuse_text(node, text, lines);
         }
     }
 

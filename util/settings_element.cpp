@@ -13,15 +13,19 @@ void load(pugi::xml_document& document, const std::string& text, Lines& lines)
                     std::string("not XML: ") + result.description());
 }
 
-void refuse_text(const pugi::xml_node& node, int line)
+void refuse_text(const pugi::xml_node& node, const std::string& text, Lines& lines)
 {
+    constexpr const char* white = " \t\r\n";
     const std::string_view value = node.value();
-    const auto start = value.find_first_not_of(" \t\r\n");
+    const auto start = value.find_first_not_of(white);
     if (start == std::string_view::npos)
         return;
-    const auto end = value.begin() + static_cast<std::ptrdiff_t>(start);
-    const auto lines_before = std::count(value.begin(), end, '\n');
-    throw Fault(line + static_cast<int>(lines_before),
+    // Where it is in the file: the value has line ends that are not there, of references
+    // and of lone carriage returns. The parser does not count a byte-order mark.
+    const std::size_t mark = text.rfind("\xef\xbb\xbf", 0) == 0 ? 3 : 0;
+    const std::size_t offset =
+        text.find_first_not_of(white, mark + static_cast<std::size_t>(node.offset_debug()));
+    throw Fault(lines.at(static_cast<std::ptrdiff_t>(offset)),
                 "text that does not belong here: " + quoted(value.substr(start)));
 }
 

@@ -17,8 +17,9 @@ namespace velmo::settings {
 // Parses a text whose characters have been checked. Throws Fault.
 void load(pugi::xml_document& document, const std::string& text, Lines& lines);
 
-// Throws Fault for a node of text, which belongs nowhere, unless it is white space.
-void refuse_text(const pugi::xml_node& node, int line);
+// Throws Fault for a node of text, which belongs nowhere, unless it is white space. text,
+// lines: of the whole file.
+void refuse_text(const pugi::xml_node& node, const std::string& text, Lines& lines);
 
 // An element with its line and its attributes, of which it has known ones only,
 // each at most once.

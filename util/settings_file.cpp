@@ -144,7 +144,7 @@ private:
     {
         for (const pugi::xml_node& node : document) {
             if (node.type() != pugi::node_element)
-                refuse_text(node, line_of(node));
+                refuse_text(node, text, lines);
             else if (root)
                 throw Fault(line_of(node), "a second root element");
             else
@@ -172,7 +172,7 @@ private:
     bool take(const pugi::xml_node& node)
     {
         if (node.type() != pugi::node_element) {
-            refuse_text(node, line_of(node));
+            refuse_text(node, text, lines);
             return false;
         }
         const std::string_view name = node.name();
