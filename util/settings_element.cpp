@@ -21,10 +21,9 @@ void refuse_text(const pugi::xml_node& node, const std::string& text, Lines& lin
     if (start == std::string_view::npos)
         return;
     // Where it is in the file: the value has line ends that are not there, of references
-    // and of lone carriage returns. The parser does not count a byte-order mark.
-    const std::size_t mark = text.rfind("\xef\xbb\xbf", 0) == 0 ? 3 : 0;
+    // and of lone carriage returns.
     const std::size_t offset =
-        text.find_first_not_of(white, mark + static_cast<std::size_t>(node.offset_debug()));
+        text.find_first_not_of(white, static_cast<std::size_t>(node.offset_debug()));
     throw Fault(lines.at(static_cast<std::ptrdiff_t>(offset)),
                 "text that does not belong here: " + quoted(value.substr(start)));
 }

@@ -50,6 +50,7 @@ const std::vector<BadFile> bad_files{
     {"TextBehindALoneCarriageReturn", 1, "text", "\rtext"},
     {"TextBehindLineEndsOfTwoBytes", 3, "text", "<velmo/>\r\n\r\ntext"},
     {"TextBehindAReferenceToALineEnd", 2, "text", "<velmo>\n&#10;&#10;text</velmo>"},
+    {"LittleTextBehindAByteOrderMark", 2, "text", "\xef\xbb\xbf\nx\ny<velmo/>"},
     {"TextBehindAByteOrderMark", 3, "text", "\xef\xbb\xbf\n\ntext"},
     {"TextInTheRoot", 3, "text", "<velmo>\n\nalpha</velmo>"},
     {"TextInAServer", 2, "text", "<velmo>\n<server name='a' host='h'>b</server></velmo>"},
