@@ -46,17 +46,17 @@ struct Competitors {
 using Times = std::map<std::string, std::vector<double>>; // of each turn, by contender
 
 void print_rows(const std::string& operation, std::size_t bytes, Transport transport,
-                Times times)
+                const Times& times)
 {
     nlohmann::json more = {
         {"operation", operation}, {"bytes", bytes}, {"transport", in_words(transport)}};
     for (const auto& [contender, of_turns] : times)
         more["ns"][contender] = median(of_turns);
     const std::string what = operation + " " + in_words(bytes) + ", " + in_words(transport);
-    const std::vector<double>& velmo = times["velmo"];
+    const std::vector<double>& velmo = times.at("velmo");
     const auto row = [&](const char* to, nlohmann::json limit) {
         limit.update(more);
-        print({"peers", what + ", over " + to, "ratio", ratio(velmo, times[to]), limit});
+        print({"peers", what + ", over " + to, "ratio", ratio(velmo, times.at(to)), limit});
     };
     if (times.count("redis"))
         row("redis", bar(1, "lower"));

@@ -122,34 +122,37 @@ void GroupCommit::run()
 {
     Lock lock(mutex);
     for (;;) {
-        work.wait(lock, [this] {
-            return !writing && (stopping || failing || !open->entries.empty());
-        });
+        work.wait(lock, [this] { return !writing && is_work_left(); });
         if (failing) // nobody else writes then
             work.wait_for(lock, retry, [this] { return stopping; });
         if (stopping && unwritten.empty() && open->entries.empty())
             return;
-        if (!write_group(lock) && stopping)
+        write_group(lock);
+        if (stopping && failing)
             return;
     }
+}
+
+bool GroupCommit::is_work_left() const
+{
+    return stopping || failing || !open->entries.empty();
 }
 
 // --------------------------------------------------------------- writing
 
 // What went on from here would leave the others waiting for ever: without memory the
 // process ends.
-bool GroupCommit::write_group(Lock& lock) noexcept
+void GroupCommit::write_group(Lock& lock) noexcept
 {
     writing = true;
     if (!failing)
         gather(lock);
     complete.wait(lock, [this] { return together == 0; });
     const std::unique_ptr<Group> group = std::exchange(open, std::make_unique<Group>());
-    const bool written = write(lock, *group);
+    write(lock, *group);
     writing = false;
-    if (stopping || failing || !open->entries.empty())
+    if (is_work_left())
         work.notify_one();
-    return written;
 }
 
 void GroupCommit::gather(Lock& lock)
@@ -160,7 +163,7 @@ void GroupCommit::gather(Lock& lock)
                           [this] { return stopping || open->appended >= expected; });
 }
 
-bool GroupCommit::write(Lock& lock, Group& group)
+void GroupCommit::write(Lock& lock, Group& group)
 {
     lock.unlock();
     take(group);
@@ -180,7 +183,6 @@ bool GroupCommit::write(Lock& lock, Group& group)
         failed(group, *problem);
     else
         succeeded(group, changes, time);
-    return !problem;
 }
 
 // Of a group that nothing is appended to any more.

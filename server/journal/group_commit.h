@@ -80,9 +80,10 @@ private:
     };
 
     void run();
-    bool write_group(Lock& lock) noexcept;
+    bool is_work_left() const; // for the thread
+    void write_group(Lock& lock) noexcept;
     void gather(Lock& lock);
-    bool write(Lock& lock, Group& group);
+    void write(Lock& lock, Group& group);
     void succeeded(Group& group, std::size_t changes, std::chrono::microseconds time);
     void failed(Group& group, const std::string& reason);
     void take(Group& group);
