@@ -1,28 +1,7 @@
 // Calls a second of 1 to 4 threads, each a client, on all processors, beside the peers.
-#include <map>
-
-#include "bench/contenders/contender.h"
-#include "bench/measure.h"
-
-namespace {
+#include "bench/throughput.h"
 
 using namespace velmo::bench;
-
-constexpr std::chrono::milliseconds window{400};
-constexpr int rounds = 5;
-constexpr std::size_t value_bytes = 64;
-
-// Of the clients, each in a thread of its own.
-double gets_a_second(std::vector<std::unique_ptr<Client>>& clients, std::size_t threads)
-{
-    return calls_a_second(threads, window, [&clients](std::size_t i) {
-        return [&client = *clients[i], value = Bytes(value_bytes, 'x')]() mutable {
-            client.get(value);
-        };
-    });
-}
-
-} // namespace
 
 int main()
 {
@@ -31,8 +10,8 @@ int main()
     for (const Transport transport : {Transport::unix_socket, Transport::tcp}) {
         const auto redis = make_redis(transport);
         const auto thrift = make_thrift(transport);
-        std::map<std::string, std::vector<std::unique_ptr<Client>>> clients;
-        const Bytes value(value_bytes, 'x');
+        Clients clients;
+        const Bytes value(throughput_bytes, 'x');
         for (std::size_t i = 0; i < most; ++i) {
             clients["velmo"].push_back(velmods.connect(transport));
             if (redis)
@@ -42,22 +21,14 @@ int main()
             for (auto& [name, of_contender] : clients)
                 of_contender.back()->set(value);
         }
-        for (const std::size_t threads : {1ul, 2ul, most}) {
-            std::map<std::string, std::vector<double>> throughput;
-            for (int round = 0; round < rounds; ++round)
-                for (auto& [name, of_contender] : clients)
-                    throughput[name].push_back(gets_a_second(of_contender, threads));
-            nlohmann::json more = {{"threads", threads},
-                                   {"transport", in_words(transport)}};
-            for (const auto& [name, of_rounds] : throughput)
-                more["calls_a_second"][name] = median(of_rounds);
-            for (const auto& [name, of_rounds] : throughput)
-                if (name != "velmo")
-                    print({"threads",
-                           "get 64 B, " + std::string(in_words(transport)) + ", " +
-                               std::to_string(threads) + " threads, of " + name,
-                           "ratio", ratio(throughput["velmo"], of_rounds), more});
-        }
+        for (const std::size_t threads : {1ul, 2ul, most})
+            print_throughput(clients, threads,
+                             {[](Client& client, Bytes& read) { client.get(read); },
+                              std::chrono::milliseconds(400), "threads",
+                              "get 64 B, " + std::string(in_words(transport)) + ", " +
+                                  std::to_string(threads) + " threads",
+                              "calls_a_second"},
+                             {{"threads", threads}, {"transport", in_words(transport)}});
     }
     return 0;
 }
