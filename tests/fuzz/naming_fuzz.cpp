@@ -104,12 +104,6 @@ void check_list(CORBA::ULong how_many, CORBA::ULong portion)
 
 } // namespace
 
-// omniORB 4.2.5 loses some bytes of a reference that it refuses.
-extern "C" [[gnu::visibility("default")]] const char* __lsan_default_suppressions()
-{
-    return "leak:omniObjRef::_unMarshal\nleak:omni::corbalocURIHandler\n";
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
 {
     // No NUL: strings of the broker end there.

@@ -114,14 +114,6 @@ World& world()
 
 } // namespace
 
-// omniORB 4.2.5 loses what it keeps of a request when something malformed comes behind it
-// on its connection, and the text of a malformed question for a type.
-extern "C" [[gnu::visibility("default")]] const char* __lsan_default_suppressions()
-{
-    return "leak:omni::giopStrand::acquireServer\nleak:omni::giopImpl1*::input\n"
-           "leak:cdrStream::unmarshalRawString\n";
-}
-
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
     world();
