@@ -2,6 +2,7 @@
 
 #include "VelmoC.h"
 #include "Velmo_serverC.h"
+#include "orb/corba.h"
 
 namespace velmo::idl {
 
@@ -19,9 +20,10 @@ bool use_nil_references()
 void make_nil_references()
 {
     static const bool made = use_nil_references<
-        CORBA::Object, Velmo::DT_PORT_SVC::Port_Factory,
-        Velmo::DT_POINT_SVC::DT_Point_Factory, Velmo::SYSTEM_SVC::DT_manager,
-        Velmo::HEART_BIT::contender_server, Velmo::VelmoServiceManager>();
+        CORBA::Object, CosNaming::NamingContext, CosNaming::BindingIterator,
+        Velmo::DT_PORT_SVC::Port_Factory, Velmo::DT_POINT_SVC::DT_Point_Factory,
+        Velmo::SYSTEM_SVC::DT_manager, Velmo::HEART_BIT::contender_server,
+        Velmo::VelmoServiceManager>();
     static_cast<void>(made);
 }
 

@@ -1,5 +1,6 @@
 #include "server/naming/naming_tree.h"
 
+#include "idl/nil_references.h"
 #include "orb/server.h"
 #include "server/adapter.h"
 #include "server/naming/naming_context.h"
@@ -9,6 +10,7 @@ namespace velmo::naming {
 
 NamingTree::NamingTree(CORBA::ORB_ptr orb, const std::vector<Binding>& bindings)
 {
+    idl::make_nil_references();
     PortableServer::POA_var adapter = server::persistent_adapter(orb, "naming");
     PortableServer::POA_var transient = server::root_adapter(orb);
     iterators = std::make_unique<BindingIterators>(transient.in());

@@ -1,6 +1,9 @@
 // The naming contexts that velmod shows.
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <thread>
+
 #include "idl/service_keys.h"
 #include "orb/server.h"
 #include "server/adapter.h"
@@ -208,6 +211,31 @@ TEST_F(NamingTreeTest, IteratorsThatNobodyDestroysDoNotPileUp)
     EXPECT_THROW(iterators[0]->next_n(1, bindings.out()), CORBA::OBJECT_NOT_EXIST);
     EXPECT_TRUE(iterators[1]->next_n(1, bindings.out()));
     EXPECT_TRUE(iterators.back()->next_n(1, bindings.out()));
+}
+
+// Nobody has listed before: what the broker makes at its first use is not there yet.
+TEST_F(NamingTreeTest, SeveralMayListAtOnce)
+{
+    show({"a", "b", "c"});
+    std::atomic<int> ready{0};
+    std::atomic<int> complete{0};
+    std::vector<std::thread> callers;
+    for (int i = 0; i < 4; ++i) {
+        callers.emplace_back([&] {
+            ++ready;
+            while (ready < 4)
+                std::this_thread::yield();
+            CosNaming::BindingList_var bindings;
+            CosNaming::BindingIterator_var iterator;
+            const bool nil_at_first = CORBA::is_nil(iterator.in());
+            root->list(3, bindings.out(), iterator.out());
+            complete += nil_at_first && listing(bindings.in()) == "a b c " &&
+                        CORBA::is_nil(iterator.in());
+        });
+    }
+    for (std::thread& caller : callers)
+        caller.join();
+    EXPECT_EQ(complete, 4);
 }
 
 TEST(NamingLayout, ServicesStandBelowTheirRealmAndTheUnnamedOnesAlsoBelowRoot)
