@@ -40,6 +40,11 @@ int names(Get get)
     return result;
 }
 
+int channels()
+{
+    return names(vl_com_chennal_seq);
+}
+
 int realms()
 {
     NameList list{};
@@ -130,7 +135,7 @@ int contention()
 }
 
 constexpr int (*exports[])() = {[] { return names(vl_get_all_point_name); },
-                                [] { return names(vl_com_chennal_seq); },
+                                channels,
                                 [] { return names(vl_get_query_data_type); },
                                 realms,
                                 connections,
@@ -228,9 +233,11 @@ struct World {
     {
         ReaderStandIn::instance().set_servers("own", {"home"});
         vlReferenceContainer::instance()->BuildSettingData();
-        for (const char* key : keys::all)
-            NamingStandIn::instance().bind(
-                "home", key, with_port(home.reference(key), relay.port()).in());
+        // New at every look-up: the broker changes one by what a reply tells of it.
+        NamingStandIn::instance().resolve_with(
+            [this](const std::string&, const std::string& key) {
+                return with_port(home.reference(key), relay.port());
+            });
     }
 
     void answer_with(const Script::Reply& reply)
@@ -279,6 +286,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     world().relay.tamper_with(Edits(bytes + 2, size - 2));
     call();
     world().relay.tamper_with(nullptr); // where there was no reply
+    // The one that keeps its reference, and with it what the broker has learned from the
+    // reply about addressing, until another operation on ports fails.
+    if (call == channels)
+        vlReferenceContainer::instance()->ReleasePortReference("home", nullptr);
     require_recovery(call);
     return 0;
 }
