@@ -57,3 +57,10 @@ build() {
     configure "$preset"
     quietly cmake --build --preset "$preset" ${*:+--target "$@"}
 }
+
+# run_tests PRESET [CTEST OPTION...]: more at a time than there are processors, since most
+# wait for something.
+run_tests() {
+    say "testing build/$1"
+    ctest --preset "$1" -j $((2 * $(nproc))) "${@:2}"
+}
